@@ -1,0 +1,7 @@
+#include "VexaEventRowsType.h"
+
+const VexaEnumTable& VexaEventRowsType::table()
+{
+    static const VexaEnumTable names({ {Close, "close"} });
+    return names;
+}
