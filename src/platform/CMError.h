@@ -21,6 +21,8 @@ public:
     static QString DefaultTitle() { return QStringLiteral("Error"); }
     // The name of the error for a path that no module or node answers.
     static QString InvalidPathName() { return QStringLiteral("invalidPath"); }
+    // The name of the error for a request whose value cannot be read.
+    static QString BadRequestName() { return QStringLiteral("badRequest"); }
     static QString TimeoutName() { return QStringLiteral("timeout"); }
 
     QString name() const { return stringValue(Name()); }

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// The command line of vexa-host.
+struct HostOptions
+{
+    // The working directory the host changes into; data-rw/ lives there.
+    QString root;
+    QString listenAddress = QStringLiteral("127.0.0.1");
+    quint16 port = 8080;
+    QString modulesDir;
+    // How much faster than real time the player's virtual clock runs.
+    double timeScale = 1.0;
+    // log4cplus level name of every logger: TRACE, DEBUG, INFO, WARN, ERROR, FATAL.
+    QString logLevel = QStringLiteral("INFO");
+    // How long an HTTP request waits for a module's reply.
+    int replyTimeoutMs = 10000;
+
+    // Parses arguments (without the program name); false with error set on bad input.
+    static bool parse(const QStringList& arguments, HostOptions* options, QString* error);
+    static QString usage();
+};
