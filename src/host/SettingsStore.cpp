@@ -1,0 +1,182 @@
+#include "SettingsStore.h"
+
+#include "AtomicFile.h"
+
+#include <CMRootWorker.h>
+#include <VexaJson.h>
+#include <VexaLog.h>
+#include <VexaPaths.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+log4cplus::Logger logger()
+{
+    return log4cplus::Logger::getInstance("Settings");
+}
+
+VexaValue boolValue(bool v)
+{
+    VexaValue value;
+    value.setBool_(v);
+    return value;
+}
+
+VexaValue intValue(int v)
+{
+    VexaValue value;
+    value.setI32_(v);
+    return value;
+}
+
+VexaValue stringValue(const QString& v)
+{
+    VexaValue value;
+    value.setString_(v);
+    return value;
+}
+
+CMError badValue(const QString& message)
+{
+    return CMError(CMError::BadRequestName(), QStringLiteral("Invalid value"), TrString(message));
+}
+
+bool isSettingPath(const CMPath& path)
+{
+    return path.prefix() == SettingsStore::prefix() && path.params().isEmpty() && path.path().size() > 1
+        && path.path().startsWith(QLatin1Char('/'));
+}
+
+} // namespace
+
+SettingsStore::SettingsStore()
+{
+    load();
+}
+
+QString SettingsStore::filePath()
+{
+    return QStringLiteral("data-rw/settings.json");
+}
+
+const QHash<QString, VexaValue>& SettingsStore::defaults()
+{
+    static const QHash<QString, VexaValue> values = {
+        {VexaPlayListSettingsPlayqueueVisibilityPath().toEncoded(), boolValue(true)},
+        {VexaPlayListSettingsCollectionsVisibilityPath().toEncoded(), boolValue(true)},
+        {VexaPlayListsSettingsDataBaseItemsLimitPath().toEncoded(), intValue(10000)},
+        {VexaPlayListSettingsDataBaseVacuumPath().toEncoded(), boolValue(false)},
+        {VexaLanguageSettingsPath().toEncoded(), stringValue(QStringLiteral("en"))},
+    };
+    return values;
+}
+
+QVariant SettingsStore::getValue(const CMPath& path)
+{
+    const QString key = path.toEncoded();
+    QMutexLocker lock(&m_mutex);
+    if (m_values.contains(key))
+        return m_values.value(key).toVariant();
+    if (defaults().contains(key))
+        return defaults().value(key).toVariant();
+    return QVariant();
+}
+
+void SettingsStore::invoke(const CMPath& path, const QVariant& value, const CMReply<QVariant>& reply)
+{
+    if (value.type() != QVariant::Hash) {
+        reply.setError(badValue(QStringLiteral("A setting's value must be a typed value object")));
+        return;
+    }
+    setValue(path, VexaValue(value.toHash()), reply);
+}
+
+void SettingsStore::setValue(const CMPath& path, const VexaValue& value, const CMReply<QVariant>& reply)
+{
+    if (!isSettingPath(path)) {
+        reply.setError(invalidPathError(path));
+        return;
+    }
+    if (!value.isValid()) {
+        reply.setError(badValue(QStringLiteral("Not a valid typed value for %1").arg(path.toEncoded())));
+        return;
+    }
+    // Only the typed field travels on: stray keys of the request are not stored.
+    VexaValue clean;
+    clean.insert(VexaValue::Type(), value.type());
+    clean.insert(value.type(), value.value(value.type()));
+
+    const QString key = path.toEncoded();
+    {
+        // Announced under the lock so that listeners see changes in order.
+        QMutexLocker lock(&m_mutex);
+        const VexaValue old = m_values.contains(key) ? m_values.value(key) : defaults().value(key);
+        QHash<QString, VexaValue> values = m_values;
+        values.insert(key, clean);
+        QString error;
+        if (!save(values, &error)) {
+            LOG4CPLUS_ERROR(logger(), "Unable to save settings: " << error);
+            reply.setError(CMError(QStringLiteral("storageError"), CMError::DefaultTitle(),
+                                   TrString(QStringLiteral("The setting could not be saved"))));
+            return;
+        }
+        m_values = values;
+        if (old != clean)
+            emit CMRoot()->valueChanged(path, clean, old);
+    }
+    reply.setData(QVariant());
+}
+
+void SettingsStore::load()
+{
+    QFile file(filePath());
+    if (!file.exists())
+        return;
+    if (!file.open(QIODevice::ReadOnly)) {
+        LOG4CPLUS_ERROR(logger(), "Unable to read " << filePath() << ": " << file.errorString() << "; using defaults");
+        return;
+    }
+    QString error;
+    const QVariant parsed = VexaJson::parse(file.readAll(), &error);
+    file.close();
+    if (parsed.type() != QVariant::Hash) {
+        moveAside(error.isEmpty() ? QStringLiteral("not a JSON object") : error);
+        return;
+    }
+    QHash<QString, VexaValue> values;
+    const QVariantHash hash = parsed.toHash();
+    for (auto it = hash.begin(); it != hash.end(); ++it) {
+        const VexaValue value(it.value().toHash());
+        if (!isSettingPath(CMPath(it.key())) || it.value().type() != QVariant::Hash || !value.isValid()) {
+            moveAside(QStringLiteral("invalid entry ") + it.key());
+            return;
+        }
+        values.insert(CMPath(it.key()).toEncoded(), value);
+    }
+    m_values = values;
+}
+
+bool SettingsStore::save(const QHash<QString, VexaValue>& values, QString* error) const
+{
+    QVariantHash hash;
+    for (auto it = values.begin(); it != values.end(); ++it)
+        hash.insert(it.key(), it.value().toVariant());
+    if (!QDir().mkpath(QFileInfo(filePath()).path())) {
+        *error = QStringLiteral("cannot create ") + QFileInfo(filePath()).path();
+        return false;
+    }
+    return AtomicFile::write(filePath(), VexaJson::toJson(hash), error);
+}
+
+void SettingsStore::moveAside(const QString& reason)
+{
+    const QString aside =
+        filePath() + QStringLiteral(".corrupt-") + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMddThhmmsszzz"));
+    const bool moved = QFile::rename(filePath(), aside);
+    LOG4CPLUS_ERROR(logger(), "Corrupt settings file " << filePath() << " (" << reason << "): "
+                                                       << (moved ? "moved aside to " + aside : QStringLiteral("could not be moved aside"))
+                                                       << "; using defaults");
+}

@@ -1,0 +1,62 @@
+#include "HostOptions.h"
+#include "HttpServer.h"
+#include "LogSetup.h"
+#include "ModuleLoader.h"
+#include "PowerManager.h"
+#include "SettingsStore.h"
+#include "SignalWatcher.h"
+
+#include <CMRootWorker.h>
+#include <VexaLog.h>
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <cstdio>
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    HostOptions options;
+    options.modulesDir = QStringLiteral(VEXA_DEFAULT_MODULES_DIR);
+    QString error;
+    if (!HostOptions::parse(app.arguments().mid(1), &options, &error)) {
+        std::fputs(error.toLocal8Bit().constData(), stderr);
+        return 2;
+    }
+    LogSetup::configure(options.logLevel);
+    const log4cplus::Logger logger = log4cplus::Logger::getInstance("Host");
+
+    // Relative module folders are taken from where the host was started.
+    options.modulesDir = QDir(options.modulesDir).absolutePath();
+    if (!options.root.isEmpty() && !QDir::setCurrent(options.root)) {
+        LOG4CPLUS_FATAL(logger, "Cannot change into root " << options.root);
+        return 1;
+    }
+    QDir().mkpath(QStringLiteral("data-rw"));
+
+    SettingsStore settings;
+    PowerManager power;
+    CMRoot()->registerWorker(SettingsStore::prefix(), &settings);
+    CMRoot()->registerWorker(PowerManager::prefix(), &power);
+
+    ModuleLoader modules;
+    modules.loadAll(options.modulesDir, {SettingsStore::prefix(), PowerManager::prefix()});
+
+    HttpServer server(CMRoot(), options.replyTimeoutMs);
+    if (!server.start(options.listenAddress, options.port, &error)) {
+        LOG4CPLUS_FATAL(logger, "Cannot listen on " << options.listenAddress << ":" << options.port << ": " << error);
+        modules.stopAll();
+        return 1;
+    }
+    LOG4CPLUS_INFO(logger, "Serving on " << options.listenAddress << ":" << server.port() << " in " << QDir::currentPath());
+
+    SignalWatcher signalWatcher;
+    QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, &app, [&](int number) {
+        LOG4CPLUS_INFO(logger, "Signal " << number << ": stopping");
+        server.stop();
+        modules.stopAll();
+        app.quit();
+    });
+    return app.exec();
+}

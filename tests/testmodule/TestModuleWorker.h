@@ -1,0 +1,21 @@
+#pragma once
+
+#include <CMNodesWorker.h>
+
+class TestItemsNode;
+
+// A module built only for the tests of the host: a node with rows and a few
+// commands that show where and how requests are handled.
+class TestModuleWorker : public CMNodesWorker
+{
+    Q_OBJECT
+public:
+    explicit TestModuleWorker(const QHash<QString, QVariant>& parameters);
+
+    void setDataRequest(const CMSetDataRequest& request) override;
+
+private:
+    void handle(const CMSetDataRequest& request);
+
+    TestItemsNode* m_items = nullptr;
+};
