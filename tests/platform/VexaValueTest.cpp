@@ -1,0 +1,191 @@
+#include <VexaActionReply.h>
+#include <VexaJson.h>
+#include <VexaPlayListAddPosition.h>
+#include <VexaPlayListItem.h>
+#include <VexaPlayListPlAddExternalItems.h>
+#include <VexaPlayListPlAddItems.h>
+#include <VexaPlayListPlMoveItems.h>
+#include <VexaPlayListPlRepeatMode.h>
+#include <VexaPlayListPlSetName.h>
+#include <VexaRoles.h>
+#include <VexaRowsRoles.h>
+#include <VexaValue.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QVariantHash parseObject(const char* json)
+{
+    QString error;
+    const QVariant v = VexaJson::parse(json, &error);
+    EXPECT_TRUE(error.isEmpty()) << error.toStdString();
+    return v.toHash();
+}
+
+} // namespace
+
+TEST(VexaValue, TypedValuesHaveTheirJsonForm)
+{
+    VexaValue v;
+    v.setI32_(10000);
+    EXPECT_EQ(VexaJson::toJson(v.toVariant()), QByteArray(R"({"i32_":10000,"type":"i32_"})"));
+    VexaValue mode;
+    mode.setPlayerPlayMode(VexaPlayerPlayMode::ShuffleRepeatAll);
+    EXPECT_EQ(mode.value("playerPlayMode").toString(), "shuffleRepeatAll");
+    EXPECT_EQ(VexaValue(parseObject(R"({"type":"playerPlayMode","playerPlayMode":3})")).playerPlayMode(),
+              VexaPlayerPlayMode::ShuffleRepeatOne);
+    const VexaValue target(parseObject(R"({"type":"powerTarget","powerTarget":{"target":2}})"));
+    EXPECT_TRUE(target.isValid());
+    EXPECT_EQ(target.powerTarget().target(), 2);
+}
+
+TEST(VexaValue, ValidationRefusesMismatchedOrUnknownKinds)
+{
+    EXPECT_TRUE(VexaValue(parseObject(R"({"type":"bool_","bool_":false})")).isValid());
+    EXPECT_TRUE(VexaValue(parseObject(R"({"type":"string_","string_":""})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"i32_","i32_":"ten"})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"i32_","i32_":1.5})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"i32_","i32_":4294967296})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"bool_","bool_":1})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"i32_"})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"blob","blob":1})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"playerPlayMode","playerPlayMode":"sideways"})")).isValid());
+    EXPECT_FALSE(VexaValue(parseObject(R"({"type":"powerTarget","powerTarget":2})")).isValid());
+}
+
+TEST(VexaRoles, RoundTripThroughJsonKeepsUnknownKeysAndReadsEnumsByNameOrNumber)
+{
+    const char* json = R"({"title":"Song","type":"audio","containerType":100,"path":"library:/t?id=a%26b",
+        "value":{"type":"i32_","i32_":4},"mediaData":{"metaData":{"artist":"A","allowSeekTime":false},
+        "resources":[{"uri":"http://x/1.mp3","duration":200}]},"vendorKey":[1,2]})";
+    const VexaRoles roles(parseObject(json));
+    EXPECT_EQ(roles.type(), VexaRolesType::Audio);
+    EXPECT_EQ(roles.containerType(), VexaRolesContainerType::ContextMenu);
+    EXPECT_EQ(roles.path().param("id"), "a&b");
+    EXPECT_EQ(roles.value().i32(), 4);
+    EXPECT_EQ(roles.mediaData().metaData().artist(), "A");
+    EXPECT_TRUE(roles.mediaData().metaData().contains(VexaMetaData::AllowSeekTime()));
+    EXPECT_FALSE(roles.mediaData().metaData().allowSeekTime());
+    EXPECT_EQ(roles.mediaData().resources().first().duration(), 200);
+
+    QString error;
+    const VexaRoles again(VexaJson::parse(VexaJson::toJson(roles.toVariant()), &error).toHash());
+    EXPECT_EQ(again, roles);
+    EXPECT_EQ(again.value("vendorKey").toList().size(), 2);
+
+    VexaRoles built;
+    built.setType(VexaRolesType::Separator);
+    EXPECT_EQ(built.value("type").toString(), "separator");
+    EXPECT_EQ(VexaRoles().type(), VexaRolesType::None);
+}
+
+TEST(VexaJson, ParsesScalarsAndReportsErrors)
+{
+    QString error;
+    EXPECT_EQ(VexaJson::parse("42", &error).toInt(), 42);
+    EXPECT_EQ(VexaJson::parse("\"x\"", &error).toString(), "x");
+    EXPECT_TRUE(error.isEmpty());
+    EXPECT_TRUE(VexaJson::parse("null", &error).isValid());
+    EXPECT_FALSE(VexaJson::parse("{\"a\":", &error).isValid());
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_FALSE(VexaJson::parse("1],[2", &error).isValid());
+    EXPECT_FALSE(VexaJson::parse("", &error).isValid());
+    EXPECT_EQ(VexaJson::toJson(QVariant::fromValue(nullptr)), QByteArray("null"));
+}
+
+TEST(VexaCommandRecord, NumbersReadAliasFromJsonNumbersAndDecimalText)
+{
+    const VexaPlayListPlSetName rename(parseObject(R"({"plid":"7","name":"Party"})"));
+    EXPECT_EQ(rename.plid(), 7);
+    EXPECT_EQ(rename.name(), "Party");
+    EXPECT_EQ(VexaPlayListPlSetName(parseObject(R"({"plid":7.0})")).plid(), 7);
+    // Unreadable or missing ids read as -1, the id no playlist has.
+    EXPECT_EQ(VexaPlayListPlSetName(parseObject(R"({"plid":"7x"})")).plid(), -1);
+    EXPECT_EQ(VexaPlayListPlSetName(parseObject(R"({"plid":1e12})")).plid(), -1);
+    EXPECT_EQ(VexaPlayListPlSetName(parseObject(R"({"plid":true})")).plid(), -1);
+    EXPECT_EQ(VexaPlayListPlSetName(parseObject("{}")).plid(), -1);
+
+    bool ok = false;
+    const VexaPlayListPlMoveItems move(parseObject(R"({"plid":1,"items":[3,"4"],"to":"0"})"));
+    EXPECT_EQ(move.items(&ok), QList<int>({3, 4}));
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(move.to(), 0);
+    VexaPlayListPlMoveItems(parseObject(R"({"items":[3,"x"]})")).items(&ok);
+    EXPECT_FALSE(ok);
+    VexaPlayListPlMoveItems(parseObject(R"({"items":"3"})")).items(&ok);
+    EXPECT_FALSE(ok);
+
+    EXPECT_EQ(VexaPlayListPlRepeatMode::fromVariant(VexaPlayListPlAddItems(parseObject(R"({"mode":"2"})")).mode()),
+              VexaPlayListPlRepeatMode::All);
+    EXPECT_EQ(VexaPlayListAddPosition::fromVariant(VexaPlayListPlAddItems(parseObject(R"({"mode":"next"})")).mode()),
+              VexaPlayListAddPosition::Next);
+    bool known = true;
+    VexaPlayListAddPosition::fromString("sideways", &known);
+    EXPECT_FALSE(known);
+    EXPECT_EQ(VexaPlayListAddPosition::toString(VexaPlayListAddPosition::Now), "now");
+    EXPECT_EQ(VexaPlayListAddPosition::toString(7), "7");
+
+    VexaPlayListPlAddItems add;
+    add.setItems({CMPath("library:/a?x=1"), CMPath("b:/c")});
+    EXPECT_EQ(VexaPlayListPlAddItems(add.hash()).items(), add.items());
+}
+
+TEST(VexaPlayListItem, FillsMissingFieldsFromItsRoles)
+{
+    const QVariantHash hash = parseObject(R"({"vexaRoles":"{\"title\":\"T\",\"icon\":\"http://art\",\"path\":\"lib:/t/1\",
+        \"mediaData\":{\"metaData\":{\"artist\":\"Ar\",\"album\":\"Al\",\"genre\":\"G\",\"serviceId\":\"S\"},
+        \"resources\":[{\"uri\":\"http://x/1.mp3\",\"duration\":\"215\"}]}}"})");
+    const VexaPlayListItem item = VexaPlayListItem::fromHash(hash);
+    EXPECT_EQ(item.title(), "T");
+    EXPECT_EQ(item.artist(), "Ar");
+    EXPECT_EQ(item.album(), "Al");
+    EXPECT_EQ(item.genre(), "G");
+    EXPECT_EQ(item.serviceId(), "S");
+    EXPECT_EQ(item.artworkUrl(), "http://art");
+    EXPECT_EQ(item.durationSeconds(), 215);
+    EXPECT_EQ(item.url(), "http://x/1.mp3");
+    EXPECT_EQ(item.uid(), -1);
+
+    // Given fields win; without a resource the url falls back to the roles' path.
+    const VexaPlayListItem own = VexaPlayListItem::fromHash(
+        parseObject(R"({"title":"Mine","uid":"5","vexaRoles":"{\"title\":\"T\",\"path\":\"lib:/t/1\"}"})"));
+    EXPECT_EQ(own.title(), "Mine");
+    EXPECT_EQ(own.uid(), 5);
+    EXPECT_EQ(own.url(), "lib:/t/1");
+
+    // Broken roles text fills nothing and does not fail.
+    const VexaPlayListItem broken = VexaPlayListItem::fromHash(parseObject(R"({"vexaRoles":"{not json"})"));
+    EXPECT_TRUE(broken.title().isEmpty());
+    EXPECT_EQ(VexaPlayListItem::fromHash(broken.toHash()), broken);
+
+    bool ok = false;
+    const VexaPlayListPlAddExternalItems external(parseObject(R"({"plid":"0","items":[{"title":"A"},{"title":"B"}]})"));
+    const QList<VexaPlayListItem> items = external.items(&ok);
+    ASSERT_TRUE(ok);
+    ASSERT_EQ(items.size(), 2);
+    EXPECT_EQ(items.at(1).title(), "B");
+}
+
+TEST(VexaActionReply, CarriesResultAndEvents)
+{
+    VexaRoles result;
+    VexaValue yes;
+    yes.setBool_(true);
+    result.setValue(yes);
+    VexaActionReply reply;
+    reply.setXclass("VexaActionReply");
+    reply.setResult(result);
+    VexaEvent close;
+    close.setRowsType(VexaEventRowsType::Close);
+    close.setPath(CMPath("playlists:/menu/playlist?plid=2"));
+    reply.setEvents(reply.events() + QList<VexaEvent>{close});
+    const QByteArray json = VexaJson::toJson(reply.toVariant());
+    QString error;
+    const VexaActionReply back(VexaJson::parse(json, &error).toHash());
+    EXPECT_TRUE(back.result().value().bool_());
+    ASSERT_EQ(back.events().size(), 1);
+    EXPECT_EQ(back.events().first().rowsType(), VexaEventRowsType::Close);
+    EXPECT_EQ(back.events().first().path().param("plid"), "2");
+    EXPECT_TRUE(json.contains(R"("rowsType":"close")"));
+}
