@@ -1,0 +1,111 @@
+#pragma once
+
+#include "CollectionRecord.h"
+#include "PlayListRecord.h"
+#include "VexaPlayListAddPosition.h"
+#include "VexaPlayListItem.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+struct sqlite3;
+class Sqlite3Statement;
+
+// The module's persistent store: one SQLite file with the playlists, the play
+// queue, their entries and the collections. Used from the worker's thread only.
+//
+// Within a playlist the entries' sequence numbers are unique and dense from 0,
+// so every block shift parks the block beyond the playlist's end first.
+class Database : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Opens or creates "data-rw/playlists/playlists.sqlite" below the working
+    // directory, vacuums when asked to, creates the schema and prepares every
+    // statement. Does not return when the file can't be opened.
+    Database(int itemsLimit, bool vacuumNeeded);
+    ~Database() override;
+
+    int beginTransaction();
+    int beginImmediateTransaction();
+    void commitTransaction();
+    int rollbackTransaction();
+
+    void ensureTablesExist();
+    void createTableHelper(const char* sql, const char* label);
+    void prepareStatements();
+    void clearDatabase();
+
+    void setVacuumNeeded();
+    void vacuum();
+
+    // Playlists, collections and counts.
+    PlayListRecord getPlayQueue();
+    QList<PlayListRecord> getPlayLists();
+    PlayListRecord createPlayList(const QString& name);
+    bool deletePlayList(const PlayListRecord& record);
+    bool deletePlayListTransaction(const PlayListRecord& record);
+    bool updatePlayList(const PlayListRecord& record);
+    QList<CollectionRecord> getCollections();
+    CollectionRecord createCollection(const QString& name);
+    bool deleteCollection(const CollectionRecord& record);
+    bool addToCollection(const CollectionRecord& record, const int& playlistUid);
+    bool removeFromCollection(const CollectionRecord& record, const int& playlistUid);
+    int countPlaylists();
+    int countPlaylistsItems();
+    int countCollections();
+
+    // Entries of one playlist. The record's size is trusted, not re-read.
+    QList<VexaPlayListItem> getItems(const PlayListRecord& record, int from, int to);
+    VexaPlayListItem getItemByUid(int uid);
+    int getNextSequenceNumber(const PlayListRecord& record);
+    int addItemsNextSequenceNumber(const PlayListRecord& record, const VexaPlayListAddPosition::Enum& position);
+    int addItems(const PlayListRecord& record, VexaPlayListAddPosition::Enum position,
+                 const QList<VexaPlayListItem>& items, int* added);
+    bool addItemsFromSequenceNumber(const PlayListRecord& record, const int& first,
+                                    const QList<VexaPlayListItem>& items);
+    bool offsetItemsFromTransaction(const PlayListRecord& record, int from, int offset);
+    bool moveItem(const PlayListRecord& record, int from, int to);
+    bool moveItemTransaction(const PlayListRecord& record, int from, int to);
+    int removeItems(const PlayListRecord& record, const QList<int>& indices);
+    int removeItemsHelper(const PlayListRecord& record, int from, int to);
+    bool clearItems(const PlayListRecord& record);
+    void printItems(const PlayListRecord& record);
+
+signals:
+    void vacuumNeeded(bool need);
+
+private:
+    int execute(const char* sql);
+    void readItem(Sqlite3Statement* statement, VexaPlayListItem& item);
+    void readPlayList(Sqlite3Statement* statement, PlayListRecord& record);
+
+    sqlite3* m_db;
+    int m_itemsLimit;
+    bool m_vacuumFlag;
+
+    Sqlite3Statement* m_getPlayQueueStmt;
+    Sqlite3Statement* m_getPlayListsStmt;
+    Sqlite3Statement* m_createPlayListStmt;
+    Sqlite3Statement* m_deletePlayListStmt;
+    Sqlite3Statement* m_updatePlayListStmt;
+    Sqlite3Statement* m_getItemsStmt;
+    Sqlite3Statement* m_moveItem1Stmt;
+    Sqlite3Statement* m_getNextSequenceNumberStmt;
+    Sqlite3Statement* m_insertItemStmt;
+    Sqlite3Statement* m_insertPlayListItemStmt;
+    Sqlite3Statement* m_deletePlayListItemStmt;
+    Sqlite3Statement* m_cleanUnusedItemsStmt;
+    Sqlite3Statement* m_setSequenceNumberStmt;
+    Sqlite3Statement* m_getItemByUidStmt;
+    Sqlite3Statement* m_getCollectionsStmt;
+    Sqlite3Statement* m_createCollectionStmt;
+    Sqlite3Statement* m_addToCollectionStmt;
+    Sqlite3Statement* m_removeFromCollectionStmt;
+    Sqlite3Statement* m_deleteCollectionStmt;
+    Sqlite3Statement* m_countPlaylistsStmt;
+    Sqlite3Statement* m_countPlaylistItemsStmt;
+    Sqlite3Statement* m_countCollectionsStmt;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "VexaLog.h"
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+#include <QString>
+
+// The entry line that most operations of the module write at TRACE:
+// "Enter <scoped function>: <message>".
+#define PLAYLISTS_LOG_ENTER(logger, message)                                                                           \
+    LOG4CPLUS_TRACE(logger, "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayLists") << ": " << message)
+
+// The module's logger and its way of stopping on a broken invariant.
+class PlayListsLog
+{
+public:
+    // Logger "PlayLists", shared by the store, the model and the browse tree.
+    static const log4cplus::Logger& logger();
+
+    // Logs message at FATAL and ends the process. Unlike assert() this is never
+    // compiled out: a store that can't be opened or a broken invariant must not
+    // be run past in any build.
+    [[noreturn]] static void fatalStop(const log4cplus::Logger& logger, const QString& message);
+};
