@@ -1,0 +1,19 @@
+#include "ApiRequest.h"
+
+bool ApiRequest::hasArgument(const QString& name) const
+{
+    for (const Argument& a : m_query) {
+        if (a.first == name)
+            return true;
+    }
+    return false;
+}
+
+QString ApiRequest::argument(const QString& name, const QString& fallback) const
+{
+    for (const Argument& a : m_query) {
+        if (a.first == name)
+            return a.second;
+    }
+    return fallback;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+#include <QString>
+
+// One HTTP request as the API sees it: method, the URL's path, the decoded
+// query arguments (in order, NUL bytes kept so they can be refused) and the body.
+class ApiRequest
+{
+public:
+    using Argument = QPair<QString, QString>;
+
+    ApiRequest() = default;
+    ApiRequest(const QByteArray& method, const QString& path, const QList<Argument>& query, const QByteArray& body)
+        : m_method(method), m_path(path), m_query(query), m_body(body)
+    {
+    }
+
+    const QByteArray& method() const { return m_method; }
+    const QString& path() const { return m_path; }
+    const QList<Argument>& query() const { return m_query; }
+    const QByteArray& body() const { return m_body; }
+
+    bool hasArgument(const QString& name) const;
+    // The first value of the argument name; fallback when absent.
+    QString argument(const QString& name, const QString& fallback = QString()) const;
+
+private:
+    QByteArray m_method;
+    QString m_path;
+    QList<Argument> m_query;
+    QByteArray m_body;
+};

@@ -1,0 +1,88 @@
+#include "ContentApi.h"
+
+#include "ApiInput.h"
+
+#include <CMGetRowsRequest.h>
+#include <CMRootWorker.h>
+#include <VexaRowsRoles.h>
+
+#include <limits>
+
+ContentApi::ContentApi(CMRootWorker* root) : m_root(root) {}
+
+ApiResult ContentApi::rows(const ApiRequest& request)
+{
+    QString error;
+    CMPath path;
+    const QVariant pathArg = request.hasArgument(QStringLiteral("path")) ? QVariant(request.argument(QStringLiteral("path")))
+                                                                         : QVariant();
+    if (!ApiInput::readPath(pathArg, &path, &error))
+        return ApiResult::ready(ApiResponse::badRequest(error));
+    int from = 0;
+    if (request.hasArgument(QStringLiteral("from"))
+        && !ApiInput::readInt(request.argument(QStringLiteral("from")), 0, std::numeric_limits<int>::max() - MaxPageRows,
+                              &from, &error))
+        return ApiResult::ready(ApiResponse::badRequest(QStringLiteral("from: ") + error));
+    int to = from + 99;
+    if (request.hasArgument(QStringLiteral("to"))
+        && !ApiInput::readInt(request.argument(QStringLiteral("to")), from, from + MaxPageRows - 1, &to, &error))
+        return ApiResult::ready(ApiResponse::badRequest(QStringLiteral("to: ") + error));
+    const QStringList roles = ApiInput::readRoles(request.argument(QStringLiteral("roles")));
+
+    const CMReply<QVariant> reply;
+    m_root->getRows(CMGetRowsRequest(path, from, to, roles, m_requestIndex.fetchAndAddRelaxed(1) + 1, reply));
+    return ApiResult::await(reply, [](const QVariant& data) {
+        const VexaRowsRoles rowsRoles(data.toHash());
+        const VexaRoles header = rowsRoles.roles();
+        return ApiResponse::json(200, QVariantHash{{QStringLiteral("title"), header.title()},
+                                                   {VexaRowsRoles::Roles(), header.toVariant()},
+                                                   {VexaRowsRoles::RowsCount(), rowsRoles.rowsCount()},
+                                                   {VexaRowsRoles::Rows(), rowsRoles.rows()}});
+    });
+}
+
+ApiResult ContentApi::data(const ApiRequest& request)
+{
+    QString error;
+    CMPath path;
+    const QVariant pathArg = request.hasArgument(QStringLiteral("path")) ? QVariant(request.argument(QStringLiteral("path")))
+                                                                         : QVariant();
+    if (!ApiInput::readPath(pathArg, &path, &error))
+        return ApiResult::ready(ApiResponse::badRequest(error));
+    const QStringList roles = ApiInput::readRoles(request.argument(QStringLiteral("roles")));
+
+    // Value paths (settings, player state) answer synchronously; everything
+    // else is a node whose roles its worker gives.
+    const QVariant value = m_root->getValue(path);
+    if (value.isValid()) {
+        QVariantHash answer;
+        if (roles.contains(QStringLiteral("*")) || roles.contains(VexaRoles::Value()))
+            answer.insert(VexaRoles::Value(), value);
+        return ApiResult::ready(ApiResponse::json(200, answer));
+    }
+    const CMReply<QVariant> reply;
+    m_root->getData(path, roles, reply);
+    return ApiResult::await(reply, [](const QVariant& data) {
+        // A node without roles still answers an object.
+        return ApiResponse::json(200, data.isValid() ? data : QVariant(QVariantHash()));
+    });
+}
+
+ApiResult ContentApi::setData(const ApiRequest& request)
+{
+    QString error;
+    QVariantHash body;
+    if (!ApiInput::readObject(request.body(), &body, &error))
+        return ApiResult::ready(ApiResponse::badRequest(error));
+    CMPath path;
+    if (!ApiInput::readPath(body.value(QStringLiteral("path")), &path, &error))
+        return ApiResult::ready(ApiResponse::badRequest(error));
+    QVariant value = body.value(QStringLiteral("value"));
+    // JSON null and an absent value both reach the module as no value.
+    if (value.userType() == QMetaType::Nullptr)
+        value = QVariant();
+
+    const CMReply<QVariant> reply;
+    m_root->invoke(path, value, reply);
+    return ApiResult::await(reply, [](const QVariant& data) { return ApiResponse::json(200, data); });
+}

@@ -1,0 +1,61 @@
+#include "HttpExchange.h"
+
+#include <microhttpd.h>
+
+HttpExchange::HttpExchange(MHD_Connection* connection, const QByteArray& method, const QByteArray& url,
+                           int maxBodyBytes)
+    : m_connection(connection), m_method(method), m_url(url), m_maxBodyBytes(maxBodyBytes)
+{
+}
+
+void HttpExchange::appendBody(const char* data, size_t size)
+{
+    if (m_bodyTooLarge)
+        return;
+    if (size > size_t(m_maxBodyBytes - m_body.size())) {
+        m_bodyTooLarge = true;
+        m_body.clear();
+        m_body.squeeze();
+        return;
+    }
+    m_body.append(data, int(size));
+}
+
+void HttpExchange::clearWake()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_woken = false;
+}
+
+bool HttpExchange::suspendUnlessWoken()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_woken || m_closed)
+        return false;
+    MHD_suspend_connection(m_connection);
+    m_suspended = true;
+    return true;
+}
+
+void HttpExchange::wake()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_woken = true;
+    // Resuming a connection that is not suspended is undefined, hence the flag.
+    if (m_suspended && !m_closed) {
+        m_suspended = false;
+        MHD_resume_connection(m_connection);
+    }
+}
+
+void HttpExchange::close()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_closed = true;
+}
+
+bool HttpExchange::isClosed() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_closed;
+}

@@ -1,0 +1,457 @@
+#include "HttpServer.h"
+
+#include "ApiRequest.h"
+#include "ApiResponse.h"
+#include "ApiRouter.h"
+#include "HttpExchange.h"
+#include "SubscriptionApi.h"
+#include "SubscriptionHub.h"
+#include "TimerThread.h"
+
+#include <VexaJson.h>
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+#include <QElapsedTimer>
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstdarg>
+#include <cstring>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+log4cplus::Logger logger()
+{
+    return log4cplus::Logger::getInstance(LOG4CPLUS_TEXT("HttpServer"));
+}
+
+// How often subscriptions are checked for idleness.
+constexpr int kIdleSweepMs = 5000;
+
+// What a stream's content reader needs: the server and the exchange, kept
+// alive until the library frees the response.
+struct StreamContext
+{
+    HttpServer* server;
+    std::shared_ptr<HttpExchange> exchange;
+};
+
+MHD_Result collectArgument(void* cls, MHD_ValueKind, const char* key, size_t keySize, const char* value,
+                           size_t valueSize)
+{
+    auto* query = static_cast<QList<ApiRequest::Argument>*>(cls);
+    // Sizes, not C strings: a NUL byte inside a value must reach the checks.
+    query->append(ApiRequest::Argument(QString::fromUtf8(key, int(keySize)),
+                                       value ? QString::fromUtf8(value, int(valueSize)) : QString()));
+    return MHD_YES;
+}
+
+ApiResponse timeoutResponse()
+{
+    return ApiResponse::error(504, CMError::TimeoutName(), QStringLiteral("Timeout"),
+                              QStringLiteral("The reply did not come in time"));
+}
+
+} // namespace
+
+HttpServer::HttpServer(CMRootWorker* root, int replyTimeoutMs)
+    : m_root(root),
+      m_replyTimeoutMs(replyTimeoutMs),
+      m_timers(new TimerThread),
+      m_hub(new SubscriptionHub(root)),
+      m_router(new ApiRouter(root, m_hub.get()))
+{
+}
+
+HttpServer::~HttpServer()
+{
+    stop();
+    // The timer's callbacks reach the hub: end them first.
+    m_timers.reset();
+}
+
+bool HttpServer::start(const QString& address, quint16 port, QString* error)
+{
+    if (m_daemon) {
+        *error = QStringLiteral("the server is already running");
+        return false;
+    }
+    sockaddr_storage storage;
+    std::memset(&storage, 0, sizeof(storage));
+    unsigned int flags = MHD_USE_AUTO_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ERROR_LOG;
+    const QByteArray host = address.toLatin1();
+    auto* v4 = reinterpret_cast<sockaddr_in*>(&storage);
+    auto* v6 = reinterpret_cast<sockaddr_in6*>(&storage);
+    if (inet_pton(AF_INET, host.constData(), &v4->sin_addr) == 1) {
+        v4->sin_family = AF_INET;
+        v4->sin_port = htons(port);
+    } else if (inet_pton(AF_INET6, host.constData(), &v6->sin6_addr) == 1) {
+        v6->sin6_family = AF_INET6;
+        v6->sin6_port = htons(port);
+        flags |= MHD_USE_IPv6;
+    } else {
+        *error = QStringLiteral("not an IP address: ") + address;
+        return false;
+    }
+
+    m_stopping = false;
+    m_forceAnswer = false;
+    errno = 0;
+    m_daemon = MHD_start_daemon(flags, port, nullptr, nullptr, &HttpServer::onAccess, this,
+                                MHD_OPTION_SOCK_ADDR, reinterpret_cast<sockaddr*>(&storage),
+                                MHD_OPTION_THREAD_POOL_SIZE, static_cast<unsigned int>(PoolThreads),
+                                MHD_OPTION_NOTIFY_COMPLETED, &HttpServer::onCompleted, this,
+                                MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned int>(60),
+                                MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned int>(4000),
+                                MHD_OPTION_EXTERNAL_LOGGER, &HttpServer::onLog, this,
+                                MHD_OPTION_END);
+    if (!m_daemon) {
+        *error = QStringLiteral("cannot listen on %1 port %2: %3")
+                     .arg(address)
+                     .arg(port)
+                     .arg(QString::fromLocal8Bit(std::strerror(errno ? errno : EADDRNOTAVAIL)));
+        return false;
+    }
+    const MHD_DaemonInfo* info = MHD_get_daemon_info(m_daemon, MHD_DAEMON_INFO_BIND_PORT);
+    m_port = info ? info->port : port;
+    scheduleIdleSweep();
+    LOG4CPLUS_INFO(logger(), "HTTP API listening on " << address.toStdString() << " port " << m_port);
+    return true;
+}
+
+void HttpServer::stop()
+{
+    if (!m_daemon)
+        return;
+    m_stopping = true;
+    m_listenSocket = MHD_quiesce_daemon(m_daemon);
+    // Long polls answer with what they have, streams end.
+    m_hub->wakeAll();
+    if (!waitForExchanges(m_replyTimeoutMs + 1000)) {
+        // What is still waiting answers now, whatever it waits for: the
+        // library must not be stopped with a connection suspended.
+        m_forceAnswer = true;
+        {
+            QMutexLocker lock(&m_exchangesMutex);
+            for (HttpExchange* exchange : qAsConst(m_exchanges))
+                exchange->wake();
+        }
+        waitForExchanges(2000);
+    }
+    MHD_stop_daemon(m_daemon);
+    m_daemon = nullptr;
+    if (m_listenSocket >= 0)
+        ::close(m_listenSocket);
+    m_listenSocket = -1;
+    LOG4CPLUS_INFO(logger(), "HTTP API stopped");
+}
+
+MHD_Result HttpServer::onAccess(void* cls, MHD_Connection* connection, const char* url, const char* method,
+                                const char*, const char* uploadData, size_t* uploadDataSize, void** conCls)
+{
+    auto* server = static_cast<HttpServer*>(cls);
+    if (!*conCls) {
+        auto exchange = std::make_shared<HttpExchange>(connection, QByteArray(method), QByteArray(url), MaxBodyBytes);
+        {
+            QMutexLocker lock(&server->m_exchangesMutex);
+            server->m_exchanges.insert(exchange.get());
+        }
+        *conCls = new ExchangePtr(exchange);
+        return MHD_YES;
+    }
+    const ExchangePtr exchange = *static_cast<ExchangePtr*>(*conCls);
+    if (*uploadDataSize) {
+        exchange->appendBody(uploadData, *uploadDataSize);
+        *uploadDataSize = 0;
+        return MHD_YES;
+    }
+    switch (exchange->stage()) {
+    case HttpExchange::Stage::Receiving:
+        return server->begin(exchange);
+    case HttpExchange::Stage::Awaiting:
+        return server->continueAwait(exchange);
+    case HttpExchange::Stage::Polling:
+        return server->continuePoll(exchange);
+    case HttpExchange::Stage::Streaming:
+    case HttpExchange::Stage::Answered:
+        break;
+    }
+    return MHD_YES;
+}
+
+void HttpServer::onCompleted(void* cls, MHD_Connection*, void** conCls, MHD_RequestTerminationCode)
+{
+    auto* holder = static_cast<ExchangePtr*>(*conCls);
+    if (!holder)
+        return;
+    static_cast<HttpServer*>(cls)->completed(*holder);
+    delete holder;
+    *conCls = nullptr;
+}
+
+ssize_t HttpServer::onStreamRead(void* cls, uint64_t, char* buf, size_t max)
+{
+    auto* context = static_cast<StreamContext*>(cls);
+    return context->server->readStream(context->exchange, buf, max);
+}
+
+void HttpServer::onStreamFree(void* cls)
+{
+    delete static_cast<StreamContext*>(cls);
+}
+
+void HttpServer::onLog(void*, const char* format, va_list args)
+{
+    char text[512];
+    std::vsnprintf(text, sizeof(text), format, args);
+    LOG4CPLUS_WARN(logger(), "libmicrohttpd: " << text);
+}
+
+MHD_Result HttpServer::begin(const ExchangePtr& exchange)
+{
+    if (exchange->bodyTooLarge())
+        return respond(exchange, ApiResponse::error(413, ApiResponse::PayloadTooLargeName(),
+                                                    QStringLiteral("Payload too large"),
+                                                    QStringLiteral("Request bodies are limited to %1 bytes")
+                                                        .arg(MaxBodyBytes)));
+    QList<ApiRequest::Argument> query;
+    MHD_get_connection_values_n(exchange->connection(), MHD_GET_ARGUMENT_KIND, &collectArgument, &query);
+    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body());
+
+    ApiResult result;
+    try {
+        result = m_router->dispatch(request);
+    } catch (const std::exception& e) {
+        LOG4CPLUS_ERROR(logger(), "Request " << exchange->url().constData() << " failed: " << e.what());
+        return respond(exchange, ApiResponse::error(500, ApiResponse::InternalErrorName(),
+                                                    QStringLiteral("Internal error"), QString::fromUtf8(e.what())));
+    }
+    exchange->setResult(result);
+    switch (result.kind()) {
+    case ApiResult::Kind::Ready:
+        return respond(exchange, result.response());
+    case ApiResult::Kind::Await:
+        return beginAwait(exchange);
+    case ApiResult::Kind::LongPoll:
+    case ApiResult::Kind::Stream:
+        break;
+    }
+
+    const std::weak_ptr<HttpExchange> weak = exchange;
+    const quint64 token = m_hub->addWaiter(result.subscription(), [weak]() {
+        if (const auto e = weak.lock())
+            e->wake();
+    });
+    if (!token)
+        return respond(exchange, SubscriptionApi::unknownSubscription(result.subscription()));
+    exchange->setWaiterToken(token);
+    if (result.kind() == ApiResult::Kind::Stream)
+        return beginStream(exchange);
+
+    exchange->setStage(HttpExchange::Stage::Polling);
+    if (result.timeoutMs() > 0) {
+        exchange->setTimerId(m_timers->schedule(result.timeoutMs(), [weak]() {
+            if (const auto e = weak.lock()) {
+                e->setTimedOut();
+                e->wake();
+            }
+        }));
+    } else {
+        exchange->setTimedOut();
+    }
+    return continuePoll(exchange);
+}
+
+MHD_Result HttpServer::beginAwait(const ExchangePtr& exchange)
+{
+    exchange->setStage(HttpExchange::Stage::Awaiting);
+    exchange->clearWake();
+    const std::weak_ptr<HttpExchange> weak = exchange;
+    exchange->result().reply().onFinished([weak]() {
+        if (const auto e = weak.lock())
+            e->wake();
+    });
+    if (exchange->result().reply().isFinished())
+        return respond(exchange, exchange->result().complete());
+    exchange->setTimerId(m_timers->schedule(m_replyTimeoutMs, [weak]() {
+        if (const auto e = weak.lock()) {
+            e->setTimedOut();
+            e->wake();
+        }
+    }));
+    if (exchange->suspendUnlessWoken())
+        return MHD_YES;
+    return continueAwait(exchange);
+}
+
+MHD_Result HttpServer::continueAwait(const ExchangePtr& exchange)
+{
+    for (;;) {
+        exchange->clearWake();
+        if (exchange->result().reply().isFinished())
+            return respond(exchange, exchange->result().complete());
+        if (exchange->timedOut() || m_forceAnswer)
+            return respond(exchange, timeoutResponse());
+        if (exchange->suspendUnlessWoken())
+            return MHD_YES;
+    }
+}
+
+MHD_Result HttpServer::continuePoll(const ExchangePtr& exchange)
+{
+    const QString& id = exchange->result().subscription();
+    for (;;) {
+        exchange->clearWake();
+        QVariantList events;
+        if (!m_hub->takeEvents(id, &events))
+            return respond(exchange, SubscriptionApi::unknownSubscription(id));
+        if (!events.isEmpty() || exchange->timedOut() || m_stopping)
+            return respond(exchange, ApiResponse::json(200, events));
+        if (exchange->suspendUnlessWoken())
+            return MHD_YES;
+    }
+}
+
+MHD_Result HttpServer::beginStream(const ExchangePtr& exchange)
+{
+    exchange->setStage(HttpExchange::Stage::Streaming);
+    // An opening comment puts the headers on the wire at once, so the client
+    // knows the stream is open.
+    exchange->pendingStream() = ": subscription " + exchange->result().subscription().toLatin1() + "\n\n";
+    auto* context = new StreamContext{this, exchange};
+    MHD_Response* response =
+        MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, 4096, &HttpServer::onStreamRead, context,
+                                          &HttpServer::onStreamFree);
+    if (!response) {
+        delete context;
+        return MHD_NO;
+    }
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, "text/event-stream");
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, "no-cache");
+    scheduleKeepAlive(exchange);
+    const MHD_Result queued = MHD_queue_response(exchange->connection(), 200, response);
+    MHD_destroy_response(response);
+    LOG4CPLUS_DEBUG(logger(), "GET " << exchange->url().constData() << " -> stream");
+    return queued;
+}
+
+ssize_t HttpServer::readStream(const ExchangePtr& exchange, char* buf, size_t max)
+{
+    QByteArray& pending = exchange->pendingStream();
+    for (;;) {
+        if (!pending.isEmpty()) {
+            const int n = int(qMin<size_t>(max, size_t(pending.size())));
+            std::memcpy(buf, pending.constData(), size_t(n));
+            pending.remove(0, n);
+            return n;
+        }
+        if (m_stopping || exchange->isClosed())
+            return MHD_CONTENT_READER_END_OF_STREAM;
+        exchange->clearWake();
+        QVariantList events;
+        if (!m_hub->takeEvents(exchange->result().subscription(), &events))
+            return MHD_CONTENT_READER_END_OF_STREAM;
+        for (const QVariant& event : qAsConst(events))
+            pending += "data: " + VexaJson::toJson(event) + "\n\n";
+        if (pending.isEmpty() && exchange->takeKeepAliveDue())
+            pending = ": keep-alive\n\n";
+        if (!pending.isEmpty())
+            continue;
+        // Nothing to send: give the thread back until an event or the
+        // keep-alive timer wakes the stream.
+        if (exchange->suspendUnlessWoken())
+            return 0;
+    }
+}
+
+MHD_Result HttpServer::respond(const ExchangePtr& exchange, const ApiResponse& answer)
+{
+    release(exchange);
+    exchange->setStage(HttpExchange::Stage::Answered);
+    MHD_Response* response = MHD_create_response_from_buffer(size_t(answer.body().size()),
+                                                              const_cast<char*>(answer.body().constData()),
+                                                              MHD_RESPMEM_MUST_COPY);
+    if (!response)
+        return MHD_NO;
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, answer.contentType().constData());
+    for (const ApiResponse::Header& header : answer.headers())
+        MHD_add_response_header(response, header.first.constData(), header.second.constData());
+    const MHD_Result queued = MHD_queue_response(exchange->connection(), unsigned(answer.status()), response);
+    MHD_destroy_response(response);
+    if (answer.status() >= 500)
+        LOG4CPLUS_WARN(logger(), exchange->method().constData() << " " << exchange->url().constData() << " -> "
+                                                               << answer.status() << " " << answer.body().constData());
+    else
+        LOG4CPLUS_DEBUG(logger(), exchange->method().constData() << " " << exchange->url().constData() << " -> "
+                                                                << answer.status());
+    return queued;
+}
+
+void HttpServer::release(const ExchangePtr& exchange)
+{
+    if (exchange->waiterToken()) {
+        m_hub->removeWaiter(exchange->result().subscription(), exchange->waiterToken());
+        exchange->setWaiterToken(0);
+    }
+    if (exchange->timerId()) {
+        m_timers->cancel(exchange->timerId());
+        exchange->setTimerId(0);
+    }
+}
+
+void HttpServer::completed(const ExchangePtr& exchange)
+{
+    exchange->close();
+    release(exchange);
+    QMutexLocker lock(&m_exchangesMutex);
+    m_exchanges.remove(exchange.get());
+    if (m_exchanges.isEmpty())
+        m_exchangesDone.wakeAll();
+}
+
+void HttpServer::scheduleKeepAlive(const std::weak_ptr<HttpExchange>& weak)
+{
+    const auto exchange = weak.lock();
+    if (!exchange || exchange->isClosed())
+        return;
+    exchange->setTimerId(m_timers->schedule(KeepAliveMs, [this, weak]() {
+        if (const auto e = weak.lock()) {
+            if (e->isClosed())
+                return;
+            e->setKeepAliveDue();
+            e->wake();
+            scheduleKeepAlive(weak);
+        }
+    }));
+}
+
+void HttpServer::scheduleIdleSweep()
+{
+    m_timers->schedule(kIdleSweepMs, [this]() {
+        if (m_stopping)
+            return;
+        const int dropped = m_hub->dropIdle(SubscriptionHub::Clock::now());
+        if (dropped)
+            LOG4CPLUS_DEBUG(logger(), "Dropped " << dropped << " idle subscriptions");
+        scheduleIdleSweep();
+    });
+}
+
+bool HttpServer::waitForExchanges(int msecs)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QMutexLocker lock(&m_exchangesMutex);
+    while (!m_exchanges.isEmpty()) {
+        const qint64 left = msecs - elapsed.elapsed();
+        if (left <= 0)
+            return false;
+        m_exchangesDone.wait(&m_exchangesMutex, QDeadlineTimer(left));
+    }
+    return true;
+}
