@@ -1,0 +1,70 @@
+#include "ApiCalls.h"
+
+HttpReply ApiCalls::rows(const QString& path, const QString& roles, int from, int to) const
+{
+    QList<QPair<QString, QString>> arguments{{QStringLiteral("path"), path}};
+    if (!roles.isNull())
+        arguments.append({QStringLiteral("roles"), roles});
+    if (from >= 0)
+        arguments.append({QStringLiteral("from"), QString::number(from)});
+    if (to >= 0)
+        arguments.append({QStringLiteral("to"), QString::number(to)});
+    return m_client.get(QStringLiteral("/api/v1/rows?") + HttpClient::query(arguments));
+}
+
+HttpReply ApiCalls::data(const QString& path, const QString& roles) const
+{
+    QList<QPair<QString, QString>> arguments{{QStringLiteral("path"), path}};
+    if (!roles.isNull())
+        arguments.append({QStringLiteral("roles"), roles});
+    return m_client.get(QStringLiteral("/api/v1/data?") + HttpClient::query(arguments));
+}
+
+HttpReply ApiCalls::setData(const QString& path, const QVariant& value) const
+{
+    return m_client.post(QStringLiteral("/api/v1/data"),
+                         HttpClient::json(QVariantHash{{QStringLiteral("path"), path}, {QStringLiteral("value"), value}}));
+}
+
+QString ApiCalls::subscribe(const Topics& topics) const
+{
+    const HttpReply reply = m_client.post(QStringLiteral("/api/v1/subscriptions"),
+                                          HttpClient::json(QVariantHash{{QStringLiteral("subscribe"), topicList(topics)}}));
+    return reply.status == 201 ? reply.json().toHash().value(QStringLiteral("id")).toString() : QString();
+}
+
+HttpReply ApiCalls::modify(const QString& id, const Topics& subscribe, const Topics& unsubscribe) const
+{
+    return m_client.patch(QStringLiteral("/api/v1/subscriptions/") + id,
+                          HttpClient::json(QVariantHash{{QStringLiteral("subscribe"), topicList(subscribe)},
+                                                        {QStringLiteral("unsubscribe"), topicList(unsubscribe)}}));
+}
+
+HttpReply ApiCalls::poll(const QString& id, int timeoutSeconds) const
+{
+    return m_client.get(pollTarget(id, timeoutSeconds), (timeoutSeconds + 15) * 1000);
+}
+
+QString ApiCalls::pollTarget(const QString& id, int timeoutSeconds) const
+{
+    return QStringLiteral("/api/v1/events?")
+        + HttpClient::query({{QStringLiteral("subscription"), id}, {QStringLiteral("timeout"), QString::number(timeoutSeconds)}});
+}
+
+QString ApiCalls::streamTarget(const QString& id) const
+{
+    return QStringLiteral("/api/v1/events/stream?") + HttpClient::query({{QStringLiteral("subscription"), id}});
+}
+
+QVariantHash ApiCalls::i32(int v)
+{
+    return {{QStringLiteral("type"), QStringLiteral("i32_")}, {QStringLiteral("i32_"), v}};
+}
+
+QVariantList ApiCalls::topicList(const Topics& topics)
+{
+    QVariantList list;
+    for (const auto& topic : topics)
+        list.append(QVariantHash{{QStringLiteral("kind"), topic.first}, {QStringLiteral("path"), topic.second}});
+    return list;
+}

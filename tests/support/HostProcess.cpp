@@ -1,0 +1,116 @@
+#include "HostProcess.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+HostProcess::HostProcess(const QStringList& modules, const QStringList& extraArguments)
+    : m_extraArguments(extraArguments)
+{
+    for (const QString& module : modules)
+        QFile::link(QStringLiteral(VEXA_TEST_MODULES_DIR) + QLatin1Char('/') + module,
+                    m_modules.path() + QLatin1Char('/') + module);
+}
+
+HostProcess::~HostProcess()
+{
+    stop();
+}
+
+bool HostProcess::start(QString* error)
+{
+    QString ignored;
+    QString& why = error ? *error : ignored;
+    if (isRunning()) {
+        why = QStringLiteral("already running");
+        return false;
+    }
+    if (!m_port)
+        m_port = freePort();
+    m_process = std::make_unique<QProcess>();
+    m_process->setProgram(QStringLiteral(VEXA_HOST_BINARY));
+    m_process->setArguments(QStringList{QStringLiteral("--root"), m_root.path(), QStringLiteral("--listen"),
+                                        QStringLiteral("127.0.0.1:%1").arg(m_port), QStringLiteral("--modules"),
+                                        m_modules.path(), QStringLiteral("--log-level"), QStringLiteral("WARN")}
+                            + m_extraArguments);
+    // A file, not a pipe: a chatty host must never block on a full pipe.
+    m_process->setStandardErrorFile(m_root.path() + QStringLiteral("/host.log"), QIODevice::Append);
+    m_process->setStandardOutputFile(m_root.path() + QStringLiteral("/host.log"), QIODevice::Append);
+    m_process->start();
+    if (!m_process->waitForStarted(10000)) {
+        why = QStringLiteral("cannot start ") + QStringLiteral(VEXA_HOST_BINARY) + QStringLiteral(": ")
+            + m_process->errorString();
+        return false;
+    }
+    const HttpClient http(m_port);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (elapsed.elapsed() < 15000) {
+        if (m_process->state() != QProcess::Running) {
+            why = QStringLiteral("the host exited: ") + QString::fromLocal8Bit(log());
+            return false;
+        }
+        if (http.get(QStringLiteral("/api/v1/openapi.json"), 2000).status == 200)
+            return true;
+        QThread::msleep(50);
+    }
+    why = QStringLiteral("the host does not answer: ") + QString::fromLocal8Bit(log());
+    return false;
+}
+
+bool HostProcess::stop()
+{
+    if (!m_process)
+        return false;
+    bool clean = false;
+    if (m_process->state() != QProcess::NotRunning) {
+        m_process->terminate();
+        if (!m_process->waitForFinished(30000)) {
+            m_process->kill();
+            m_process->waitForFinished(5000);
+        } else {
+            clean = m_process->exitStatus() == QProcess::NormalExit && m_process->exitCode() == 0;
+        }
+    }
+    m_process.reset();
+    return clean;
+}
+
+bool HostProcess::restart(QString* error)
+{
+    stop();
+    return start(error);
+}
+
+bool HostProcess::isRunning() const
+{
+    return m_process && m_process->state() != QProcess::NotRunning;
+}
+
+QByteArray HostProcess::log() const
+{
+    QFile file(m_root.path() + QStringLiteral("/host.log"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+quint16 HostProcess::freePort()
+{
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    addr.sin_port = 0;
+    socklen_t length = sizeof(addr);
+    quint16 port = 0;
+    if (::bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof(addr)) == 0
+        && ::getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &length) == 0)
+        port = ntohs(addr.sin_port);
+    ::close(fd);
+    return port;
+}

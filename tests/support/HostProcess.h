@@ -1,0 +1,49 @@
+#pragma once
+
+#include "HttpClient.h"
+
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+// The real vexa-host as a child process for a test: a temporary root, a
+// modules folder holding links to the modules the test asks for, a free
+// loopback port. The host is stopped with SIGTERM when the object goes.
+class HostProcess
+{
+public:
+    // modules: file names in the test modules folder, such as "libvexa_testmod.so".
+    explicit HostProcess(const QStringList& modules = {QStringLiteral("libvexa_testmod.so")},
+                         const QStringList& extraArguments = {});
+    ~HostProcess();
+
+    HostProcess(const HostProcess&) = delete;
+    HostProcess& operator=(const HostProcess&) = delete;
+
+    // Starts the host and waits until it answers; false with *error set when it does not.
+    bool start(QString* error = nullptr);
+    // SIGTERM, then waits for the exit; true when the host exited by itself with status 0.
+    bool stop();
+    // Stops and starts again on the same root and port.
+    bool restart(QString* error = nullptr);
+    bool isRunning() const;
+
+    quint16 port() const { return m_port; }
+    QString root() const { return m_root.path(); }
+    QString modulesDir() const { return m_modules.path(); }
+    HttpClient client() const { return HttpClient(m_port); }
+    // What the host wrote to its standard error so far.
+    QByteArray log() const;
+
+    // A loopback port nothing listens on at the moment.
+    static quint16 freePort();
+
+private:
+    QTemporaryDir m_root;
+    QTemporaryDir m_modules;
+    QStringList m_extraArguments;
+    quint16 m_port = 0;
+    std::unique_ptr<QProcess> m_process;
+};
