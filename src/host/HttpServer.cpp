@@ -103,12 +103,12 @@ bool HttpServer::start(const QString& address, quint16 port, QString* error)
     m_forceAnswer = false;
     errno = 0;
     m_daemon = MHD_start_daemon(flags, port, nullptr, nullptr, &HttpServer::onAccess, this,
+                                MHD_OPTION_EXTERNAL_LOGGER, &HttpServer::onLog, this,
                                 MHD_OPTION_SOCK_ADDR, reinterpret_cast<sockaddr*>(&storage),
                                 MHD_OPTION_THREAD_POOL_SIZE, static_cast<unsigned int>(PoolThreads),
                                 MHD_OPTION_NOTIFY_COMPLETED, &HttpServer::onCompleted, this,
                                 MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned int>(60),
                                 MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned int>(4000),
-                                MHD_OPTION_EXTERNAL_LOGGER, &HttpServer::onLog, this,
                                 MHD_OPTION_END);
     if (!m_daemon) {
         *error = QStringLiteral("cannot listen on %1 port %2: %3")
