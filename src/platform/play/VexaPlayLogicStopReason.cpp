@@ -1,0 +1,7 @@
+#include "VexaPlayLogicStopReason.h"
+
+const VexaEnumTable& VexaPlayLogicStopReason::table()
+{
+    static const VexaEnumTable names({{Stopped, "stopped"}, {Error, "error"}, {EndOfContent, "endOfContent"}});
+    return names;
+}
