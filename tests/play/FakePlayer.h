@@ -17,20 +17,54 @@ public:
         VexaPlayLogicData data;
     };
 
-    bool playContainer(const VexaRoles& containerRoles, const VexaRoles& trackRoles, int index, qint64 startPositionMs,
-                       bool paused) override;
-    bool stop(VexaPlayLogicStopReason::Enum reason) override;
-    bool play(const CMPath& playLogicPath, const VexaRoles& trackRoles, const QVariantHash& options) override;
-    bool setNextMedia(const CMPath& playLogicPath, const VexaRoles& trackRoles, const QVariantHash& options) override;
-    bool clearNextMedia(const CMPath& playLogicPath) override;
-    void publishData(const CMPath& playLogicPath, const VexaPlayLogicData& data) override;
-    void publishPlayMode(const CMPath& playLogicPath, VexaPlayerPlayMode::Enum mode) override;
+    bool playContainer(const VexaRoles& container, const VexaRoles&, int index, qint64, bool) override
+    {
+        return note({"playContainer", container.mediaData().metaData().playLogicPath(), container, index, {}});
+    }
+    bool stop(VexaPlayLogicStopReason::Enum reason) override { return note({"stop", {}, {}, reason, {}}); }
+    bool play(const CMPath& path, const VexaRoles& roles, const QVariantHash&) override
+    {
+        return note({"play", path, roles, -1, {}});
+    }
+    bool setNextMedia(const CMPath& path, const VexaRoles& roles, const QVariantHash&) override
+    {
+        return note({"setNextMedia", path, roles, -1, {}});
+    }
+    bool clearNextMedia(const CMPath& path) override { return note({"clearNextMedia", path, {}, -1, {}}); }
+    void publishData(const CMPath& path, const VexaPlayLogicData& data) override
+    {
+        note({"publishData", path, {}, -1, data});
+    }
+    void publishPlayMode(const CMPath& path, VexaPlayerPlayMode::Enum mode) override
+    {
+        note({"publishPlayMode", path, {}, mode, {}});
+    }
     qint64 positionMs() const override { return position; }
 
-    QStringList ops() const;
-    // The calls named op, in order.
-    QList<Call> callsOf(const QString& op) const;
+    QStringList ops() const
+    {
+        QStringList names;
+        for (const Call& call : calls)
+            names.append(call.op);
+        return names;
+    }
+    QList<Call> callsOf(const QString& op) const
+    {
+        QList<Call> found;
+        for (const Call& call : calls) {
+            if (call.op == op)
+                found.append(call);
+        }
+        return found;
+    }
 
     QList<Call> calls;
     qint64 position = 0;
+
+private:
+    bool note(const Call& call)
+    {
+        calls.append(call);
+        return true;
+    }
 };
