@@ -1,6 +1,7 @@
 #include "TestModuleWorker.h"
 
 #include "TestItemsNode.h"
+#include "TestPlayLogic.h"
 
 #include <CMSubscribe.h>
 #include <VexaJson.h>
@@ -15,6 +16,7 @@ TestModuleWorker::TestModuleWorker(const QHash<QString, QVariant>& parameters)
 {
     m_items = new TestItemsNode(CMPath(prefix() + QStringLiteral(":/items")));
     m_items->setNodes(nodes());
+    m_playLogic = new TestPlayLogic(nodes(), CMPath(prefix() + QStringLiteral(":/playlogic")));
 }
 
 void TestModuleWorker::setDataRequest(const CMSetDataRequest& request)

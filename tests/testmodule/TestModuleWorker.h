@@ -3,9 +3,11 @@
 #include <CMNodesWorker.h>
 
 class TestItemsNode;
+class TestPlayLogic;
 
-// A module built only for the tests of the host: a node with rows and a few
-// commands that show where and how requests are handled.
+// A module built only for the tests of the host: a node with rows, a play
+// logic at <prefix>:/playlogic and a few commands that show where and how
+// requests are handled.
 class TestModuleWorker : public CMNodesWorker
 {
     Q_OBJECT
@@ -18,4 +20,5 @@ private:
     void handle(const CMSetDataRequest& request);
 
     TestItemsNode* m_items = nullptr;
+    TestPlayLogic* m_playLogic = nullptr;
 };
