@@ -2,11 +2,14 @@
 #include "HttpServer.h"
 #include "LogSetup.h"
 #include "ModuleLoader.h"
+#include "Player.h"
+#include "PlayerWorker.h"
 #include "PowerManager.h"
 #include "SettingsStore.h"
 #include "SignalWatcher.h"
 
 #include <CMRootWorker.h>
+#include <PlayLogicInterface.h>
 #include <VexaLog.h>
 
 #include <QCoreApplication>
@@ -39,9 +42,13 @@ int main(int argc, char* argv[])
     PowerManager power;
     CMRoot()->registerWorker(SettingsStore::prefix(), &settings);
     CMRoot()->registerWorker(PowerManager::prefix(), &power);
+    Player player(options.timeScale);
+    PlayerWorker playerWorker(&player);
+    PlayLogicInterface::setPlayerInstance(&player);
+    CMRoot()->registerWorker(PlayerWorker::prefix(), &playerWorker);
 
     ModuleLoader modules;
-    modules.loadAll(options.modulesDir, {SettingsStore::prefix(), PowerManager::prefix()});
+    modules.loadAll(options.modulesDir, {SettingsStore::prefix(), PowerManager::prefix(), PlayerWorker::prefix()});
 
     HttpServer server(CMRoot(), options.replyTimeoutMs);
     if (!server.start(options.listenAddress, options.port, &error)) {
@@ -56,6 +63,8 @@ int main(int argc, char* argv[])
         LOG4CPLUS_INFO(logger, "Signal " << number << ": stopping");
         server.stop();
         modules.stopAll();
+        // Nothing announces player changes once the listeners are going.
+        player.stop(VexaPlayLogicStopReason::Stopped);
         app.quit();
     });
     return app.exec();

@@ -1,0 +1,489 @@
+#include "PlayLogicThread.h"
+#include "Player.h"
+#include "PlayerWorker.h"
+#include "RecordingPlayLogic.h"
+
+#include <CMRootWorker.h>
+#include <PlayLogicInterface.h>
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QMutex>
+#include <QThread>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+// A track of 30 s passes in 30 ms.
+constexpr double kScale = 1000.0;
+const QString kLogicPrefix = QStringLiteral("fakeplay");
+const CMPath kLogicPath(QStringLiteral("fakeplay:/playlogic"));
+
+VexaRoles track(const QString& title, int seconds, const QString& uri = QString())
+{
+    VexaRoles roles;
+    roles.setTitle(title);
+    roles.setType(VexaRolesType::Audio);
+    VexaMediaResource resource;
+    resource.setUri(uri.isEmpty() ? QStringLiteral("test://") + title : uri);
+    resource.setDuration(seconds);
+    VexaMediaData media;
+    media.setResources({resource});
+    roles.setMediaData(media);
+    return roles;
+}
+
+VexaRoles container(const QList<VexaRoles>& tracks, const CMPath& playLogicPath = kLogicPath)
+{
+    VexaRoles roles;
+    roles.setTitle(QStringLiteral("Album"));
+    roles.setType(VexaRolesType::Container);
+    VexaMetaData meta;
+    meta.setPlayLogicPath(playLogicPath);
+    VexaMediaData media;
+    media.setMetaData(meta);
+    roles.setMediaData(media);
+    QVariantList list;
+    for (const VexaRoles& t : tracks)
+        list.append(t.toVariant());
+    roles.insert(TestPlayLogic::Tracks(), list);
+    return roles;
+}
+
+QVariantHash playControl(const VexaRoles& containerRoles, int index)
+{
+    const QVariantList tracks = containerRoles.value(TestPlayLogic::Tracks()).toList();
+    return {{"control", "play"},
+            {"container", containerRoles.toVariant()},
+            {"track", tracks.value(index)},
+            {"index", index}};
+}
+
+bool waitFor(const std::function<bool()>& done, int msecs = 10000)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > msecs)
+            return false;
+        QThread::msleep(1);
+    }
+    return true;
+}
+
+QString titleOf(const QVariant& roles)
+{
+    return VexaRoles(roles.toHash()).title();
+}
+
+class PlayerTest : public ::testing::Test
+{
+protected:
+    struct ValueEvent
+    {
+        CMPath path;
+        VexaValue newValue;
+        VexaValue oldValue;
+    };
+
+    void SetUp() override
+    {
+        m_player = std::make_unique<Player>(kScale);
+        PlayLogicInterface::setPlayerInstance(m_player.get());
+        m_worker = std::make_unique<PlayerWorker>(m_player.get());
+        CMRoot()->registerWorker(PlayerWorker::prefix(), m_worker.get());
+        m_logicThread = std::make_unique<PlayLogicThread>(kLogicPrefix);
+        QObject::connect(
+            CMRoot(), &CMRootWorker::valueChanged, &m_listener,
+            [this](const CMPath& path, const VexaValue& newValue, const VexaValue& oldValue) {
+                QMutexLocker lock(&m_valuesMutex);
+                m_values.append({path, newValue, oldValue});
+            },
+            Qt::DirectConnection);
+    }
+
+    void TearDown() override
+    {
+        QObject::disconnect(CMRoot(), nullptr, &m_listener, nullptr);
+        m_logicThread.reset();
+        CMRoot()->unregisterWorker(PlayerWorker::prefix());
+        m_worker.reset();
+        m_player.reset();
+        EXPECT_NE(PlayLogicInterface::playerInstance(), nullptr);
+    }
+
+    RecordingPlayLogic* logic() const { return m_logicThread->logic(); }
+
+    static CMReply<QVariant> invoke(const CMPath& path, const QVariant& value)
+    {
+        const CMReply<QVariant> reply;
+        CMRoot()->invoke(path, value, reply);
+        EXPECT_TRUE(reply.waitForFinished(10000)) << path.toEncoded().toStdString();
+        return reply;
+    }
+    static CMReply<QVariant> control(const QVariantHash& value) { return invoke(Player::controlPath(), value); }
+    static CMReply<QVariant> control(const QString& name, const QVariantHash& arguments = {})
+    {
+        QVariantHash value = arguments;
+        value.insert("control", name);
+        return control(value);
+    }
+
+    static QVariantHash status() { return CMRoot()->getValue(Player::statusPath()).toHash(); }
+    static QString state() { return status().value("state").toString(); }
+    static qint64 position() { return VexaValue(CMRoot()->getValue(Player::positionPath()).toHash()).i64_(); }
+    bool waitForState(const QString& wanted) { return waitFor([&]() { return state() == wanted; }); }
+    bool waitForEvent(const QString& name, int count = 1)
+    {
+        return waitFor([&]() { return logic()->eventsNamed(name).size() >= count; });
+    }
+
+    QList<ValueEvent> valuesAt(const CMPath& path) const
+    {
+        QMutexLocker lock(&m_valuesMutex);
+        QList<ValueEvent> found;
+        for (const ValueEvent& event : m_values) {
+            if (event.path == path)
+                found.append(event);
+        }
+        return found;
+    }
+
+    std::unique_ptr<Player> m_player;
+    std::unique_ptr<PlayerWorker> m_worker;
+    std::unique_ptr<PlayLogicThread> m_logicThread;
+    QObject m_listener;
+    mutable QMutex m_valuesMutex;
+    QList<ValueEvent> m_values;
+};
+
+TEST_F(PlayerTest, AQueuePlaysThroughWithoutGapsAndEnds)
+{
+    const QList<VexaRoles> tracks = {track("One", 30), track("Two", 30), track("Three", 30)};
+    const CMReply<QVariant> reply = control(playControl(container(tracks), 0));
+    ASSERT_FALSE(reply.hasError()) << reply.error().message().toStdString();
+    ASSERT_TRUE(waitForEvent("playbackEnded"));
+
+    // Each track asks for its successor in its last ten seconds, and the
+    // next starts from the one before it.
+    EXPECT_EQ(logic()->names(),
+              QStringList({"play", "mediaPlaybackStarted", "prepareNextMedia", "mediaPlaybackStarted", "prepareNextMedia",
+                           "mediaPlaybackStarted", "prepareNextMedia", "playbackEnded"}));
+    const QList<RecordingPlayLogic::Event> started = logic()->eventsNamed("mediaPlaybackStarted");
+    ASSERT_EQ(started.size(), 3);
+    EXPECT_TRUE(started[0].oldRoles.isEmpty());
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(started[i].newRoles, tracks[i]) << i;
+        if (i > 0) {
+            EXPECT_EQ(started[i].oldRoles, tracks[i - 1]) << i;
+        }
+    }
+    for (const RecordingPlayLogic::Event& prepare : logic()->eventsNamed("prepareNextMedia")) {
+        EXPECT_GE(prepare.playTimeMs, 30000 - Player::PrepareAheadMs);
+        EXPECT_LE(prepare.playTimeMs, 30000);
+    }
+    EXPECT_EQ(logic()->eventsNamed("play").first().playType, 1);
+
+    const QVariantHash finalStatus = status();
+    EXPECT_EQ(finalStatus.value("state"), "stopped");
+    EXPECT_FALSE(finalStatus.value("track").isValid());
+    EXPECT_EQ(finalStatus.value("playLogicPath"), kLogicPath.toEncoded());
+    EXPECT_EQ(titleOf(finalStatus.value("container")), "Album");
+    EXPECT_EQ(position(), 0);
+
+    // Subscribers saw the tracks follow one another with no stop between them.
+    QStringList seen;
+    for (const ValueEvent& event : valuesAt(Player::statusPath())) {
+        const QString eventState = event.newValue.value("state").toString();
+        const QString title = eventState == "stopped" ? QStringLiteral("-") : titleOf(event.newValue.value("track"));
+        if (seen.isEmpty() || seen.last() != title)
+            seen.append(title);
+    }
+    EXPECT_EQ(seen, QStringList({"-", "One", "Two", "Three", "-"}));
+    const QList<ValueEvent> statusEvents = valuesAt(Player::statusPath());
+    for (int i = 1; i < statusEvents.size(); ++i)
+        EXPECT_EQ(statusEvents[i].oldValue, statusEvents[i - 1].newValue) << i;
+    const QList<ValueEvent> positions = valuesAt(Player::positionPath());
+    ASSERT_GE(positions.size(), 4);
+    EXPECT_EQ(positions.last().newValue.type(), VexaValue::I64());
+    EXPECT_EQ(positions.last().newValue.i64_(), 0);
+}
+
+TEST_F(PlayerTest, PlayStartsAtTheIndexAndTheCallerHearsThePlayLogicsAnswer)
+{
+    const QList<VexaRoles> tracks = {track("One", 3600), track("Two", 3600), track("Three", 3600)};
+    const VexaRoles album = container(tracks);
+    ASSERT_FALSE(control(playControl(album, 1)).hasError());
+    ASSERT_TRUE(waitForEvent("mediaPlaybackStarted"));
+    EXPECT_EQ(logic()->eventsNamed("mediaPlaybackStarted").first().newRoles, tracks[1]);
+    EXPECT_EQ(logic()->eventsNamed("play").first().newRoles, tracks[1]);
+    ASSERT_TRUE(waitFor([&]() { return titleOf(status().value("track")) == "Two"; }));
+    const QVariantHash playing = status();
+    EXPECT_EQ(playing.value("state"), "playing");
+    EXPECT_EQ(playing.value("durationMs").toLongLong(), 3600000);
+    EXPECT_EQ(VexaRoles(playing.value("container").toHash()), album);
+    EXPECT_TRUE(VexaPlayLogicControls(playing.value("controls").toHash()).next_());
+    EXPECT_FALSE(playing.value("error").isValid());
+
+    // The play logic refuses an index it does not have: the caller gets its error.
+    CMReply<QVariant> reply = control(playControl(album, 7));
+    ASSERT_TRUE(reply.hasError());
+    EXPECT_EQ(reply.error().message(), "The container has no track 7");
+    // A container whose play logic nobody serves.
+    reply = control(playControl(container(tracks, CMPath("nowhere:/playlogic")), 0));
+    ASSERT_TRUE(reply.hasError());
+    EXPECT_EQ(reply.error().name(), CMError::InvalidPathName());
+    // Neither refusal disturbed what plays.
+    EXPECT_EQ(logic()->eventsNamed("mediaPlaybackStarted").size(), 1);
+    const QVariantHash after = status();
+    EXPECT_EQ(after.value("state"), "playing");
+    EXPECT_EQ(titleOf(after.value("track")), "Two");
+    EXPECT_EQ(VexaRoles(after.value("container").toHash()), album);
+}
+
+TEST_F(PlayerTest, ATrackThatFailsToStartAsksThePlayLogicToResumeWithTheErrorCode)
+{
+    const QList<VexaRoles> tracks = {track("One", 30), track("Broken", 30, "error:404"), track("Three", 30)};
+    ASSERT_FALSE(control(playControl(container(tracks), 0)).hasError());
+    ASSERT_TRUE(waitForEvent("playbackEnded"));
+
+    const QList<RecordingPlayLogic::Event> resumed = logic()->eventsNamed("tryResumePlayback");
+    ASSERT_EQ(resumed.size(), 1);
+    EXPECT_EQ(resumed.first().errorCode, 404);
+    const QList<RecordingPlayLogic::Event> started = logic()->eventsNamed("mediaPlaybackStarted");
+    ASSERT_EQ(started.size(), 2);
+    EXPECT_EQ(started[0].newRoles, tracks[0]);
+    EXPECT_EQ(started[1].newRoles, tracks[2]);
+    EXPECT_TRUE(started[1].oldRoles.isEmpty()) << "nothing played between the failure and the next track";
+
+    bool reported = false;
+    for (const ValueEvent& event : valuesAt(Player::statusPath())) {
+        const VexaError error(event.newValue.value("error").toHash());
+        if (error.code() == 404) {
+            reported = true;
+            EXPECT_EQ(titleOf(event.newValue.value("track")), "Broken");
+            EXPECT_EQ(event.newValue.value("state"), "stopped");
+        }
+    }
+    EXPECT_TRUE(reported);
+    // A track that starts clears the error.
+    EXPECT_FALSE(status().value("error").isValid());
+
+    // Nothing to resume with: playback ends, and the status keeps the reason.
+    ASSERT_FALSE(control(playControl(container({track("Lost", 30, "error:gone")}), 0)).hasError());
+    ASSERT_TRUE(waitForEvent("playbackEnded", 2));
+    EXPECT_EQ(logic()->eventsNamed("tryResumePlayback").last().errorCode, Player::MediaUnavailableCode);
+    const QVariantHash ended = status();
+    EXPECT_EQ(ended.value("state"), "stopped");
+    EXPECT_EQ(VexaError(ended.value("error").toHash()).code(), Player::MediaUnavailableCode);
+}
+
+TEST_F(PlayerTest, PauseResumeAndSeekMoveThePositionAndState)
+{
+    ASSERT_FALSE(control(playControl(container({track("Long", 3600)}), 0)).hasError());
+    ASSERT_TRUE(waitForState("playing"));
+
+    ASSERT_FALSE(control("pause").hasError());
+    EXPECT_EQ(state(), "paused");
+    const qint64 pausedAt = position();
+    QThread::msleep(20);
+    EXPECT_EQ(position(), pausedAt);
+    EXPECT_TRUE(control("pause").hasError());
+    ASSERT_FALSE(control("resume").hasError());
+    ASSERT_FALSE(control("pause").hasError());
+
+    ASSERT_FALSE(control("seek", {{"positionMs", 1000000}}).hasError());
+    EXPECT_EQ(position(), 1000000);
+    EXPECT_EQ(valuesAt(Player::positionPath()).last().newValue.i64_(), 1000000);
+    ASSERT_FALSE(control("seek", {{"positionMs", "1200000"}}).hasError());
+    EXPECT_EQ(position(), 1200000);
+
+    ASSERT_FALSE(control("resume").hasError());
+    EXPECT_EQ(state(), "playing");
+    EXPECT_TRUE(control("resume").hasError());
+    EXPECT_TRUE(waitFor([]() { return position() > 1200000; }));
+
+    for (const QVariant& bad : {QVariant(3600001), QVariant(-1), QVariant("soon"), QVariant(1.5), QVariant()}) {
+        const CMReply<QVariant> reply = control("seek", bad.isValid() ? QVariantHash{{"positionMs", bad}} : QVariantHash());
+        ASSERT_TRUE(reply.hasError()) << bad.toString().toStdString();
+        EXPECT_EQ(reply.error().name(), CMError::BadRequestName()) << bad.toString().toStdString();
+    }
+    EXPECT_EQ(state(), "playing");
+
+    // Seeking to the last second ends the track soon after.
+    ASSERT_FALSE(control("seek", {{"positionMs", 3599000}}).hasError());
+    ASSERT_TRUE(waitForEvent("playbackEnded"));
+    EXPECT_EQ(state(), "stopped");
+    EXPECT_EQ(position(), 0);
+    EXPECT_TRUE(control("pause").hasError());
+    EXPECT_TRUE(control("resume").hasError());
+    EXPECT_TRUE(control("seek", {{"positionMs", 0}}).hasError());
+}
+
+TEST_F(PlayerTest, WhilePlayingThePositionIsAnnouncedAboutOnceASecond)
+{
+    ASSERT_FALSE(control(playControl(container({track("Long", 36000)}), 0)).hasError());
+    ASSERT_TRUE(waitForState("playing"));
+    const int before = valuesAt(Player::positionPath()).size();
+    ASSERT_TRUE(waitFor([&]() { return valuesAt(Player::positionPath()).size() > before; }, 3000));
+    const ValueEvent tick = valuesAt(Player::positionPath()).last();
+    EXPECT_GT(tick.newValue.i64_(), tick.oldValue.i64_());
+    EXPECT_EQ(tick.newValue.type(), VexaValue::I64());
+}
+
+TEST_F(PlayerTest, PlayModeIsThePlayLogicsAndChangesThroughIt)
+{
+    VexaValue repeatAll;
+    repeatAll.setPlayerPlayMode(VexaPlayerPlayMode::RepeatAll);
+    EXPECT_TRUE(invoke(Player::playModePath(), repeatAll.toVariant()).hasError()) << "no play logic yet";
+    EXPECT_EQ(VexaValue(CMRoot()->getValue(Player::playModePath()).toHash()).playerPlayMode(),
+              VexaPlayerPlayMode::Normal);
+
+    const QList<VexaRoles> tracks = {track("One", 20), track("Two", 20)};
+    ASSERT_FALSE(control(playControl(container(tracks), 0)).hasError());
+    const CMReply<QVariant> set;
+    CMRoot()->setValue(Player::playModePath(), repeatAll, set);
+    ASSERT_TRUE(set.waitForFinished(10000));
+    ASSERT_FALSE(set.hasError()) << set.error().message().toStdString();
+    EXPECT_EQ(logic()->names().count("changePlayMode"), 1);
+    EXPECT_EQ(VexaValue(CMRoot()->getValue(Player::playModePath()).toHash()), repeatAll);
+    EXPECT_EQ(status().value("playMode"), "repeatAll");
+    const QList<ValueEvent> modes = valuesAt(Player::playModePath());
+    ASSERT_EQ(modes.size(), 1);
+    EXPECT_EQ(modes.first().newValue, repeatAll);
+    EXPECT_EQ(modes.first().oldValue.playerPlayMode(), VexaPlayerPlayMode::Normal);
+
+    // Repeating, the play logic starts over after the last track.
+    ASSERT_TRUE(waitForEvent("mediaPlaybackStarted", 3));
+    EXPECT_EQ(logic()->eventsNamed("mediaPlaybackStarted")[2].newRoles, tracks[0]);
+    EXPECT_EQ(logic()->eventsNamed("mediaPlaybackStarted")[2].oldRoles, tracks[1]);
+
+    for (const QVariant& bad : {QVariant(QVariantHash{{"type", "i32_"}, {"i32_", 1}}),
+                                QVariant(QVariantHash{{"type", "playerPlayMode"}, {"playerPlayMode", "loud"}}),
+                                QVariant(QVariantHash{{"type", "playerPlayMode"}, {"playerPlayMode", 6}}),
+                                QVariant("shuffle"), QVariant()}) {
+        const CMReply<QVariant> reply = invoke(Player::playModePath(), bad);
+        ASSERT_TRUE(reply.hasError());
+        EXPECT_EQ(reply.error().name(), CMError::BadRequestName());
+    }
+    EXPECT_FALSE(invoke(Player::playModePath(), QVariantHash{{"type", "playerPlayMode"}, {"playerPlayMode", 1}}).hasError());
+    EXPECT_EQ(status().value("playMode"), "shuffle");
+    ASSERT_FALSE(control("stop").hasError());
+}
+
+TEST_F(PlayerTest, StopNextAndPreviousGoToThePlayLogic)
+{
+    EXPECT_TRUE(control("next").hasError());
+    EXPECT_TRUE(control("previous").hasError());
+    EXPECT_FALSE(control("stop").hasError()) << "stopping nothing is no error";
+
+    const QList<VexaRoles> tracks = {track("One", 3600), track("Two", 3600), track("Three", 3600)};
+    ASSERT_FALSE(control(playControl(container(tracks), 0)).hasError());
+    ASSERT_FALSE(control("next").hasError());
+    ASSERT_TRUE(waitForEvent("mediaPlaybackStarted", 2));
+    RecordingPlayLogic::Event started = logic()->eventsNamed("mediaPlaybackStarted").last();
+    EXPECT_EQ(started.oldRoles, tracks[0]);
+    EXPECT_EQ(started.newRoles, tracks[1]);
+
+    // At the very start of a track "previous" goes back a track.
+    ASSERT_TRUE(waitFor([]() { return titleOf(status().value("track")) == "Two"; }));
+    ASSERT_FALSE(control("pause").hasError());
+    ASSERT_FALSE(control("seek", {{"positionMs", 0}}).hasError());
+    ASSERT_FALSE(control("previous").hasError());
+    ASSERT_TRUE(waitForEvent("mediaPlaybackStarted", 3));
+    started = logic()->eventsNamed("mediaPlaybackStarted").last();
+    EXPECT_EQ(started.oldRoles, tracks[1]);
+    EXPECT_EQ(started.newRoles, tracks[0]);
+
+    ASSERT_FALSE(control("stop").hasError());
+    EXPECT_EQ(state(), "stopped");
+    EXPECT_EQ(logic()->names().count("stop"), 1);
+    EXPECT_EQ(logic()->names().count("next"), 1);
+    EXPECT_EQ(logic()->names().count("previous"), 1);
+    EXPECT_FALSE(status().value("track").isValid());
+}
+
+TEST_F(PlayerTest, AnotherPlayLogicTakesOverAndTheFormerCannotStopIt)
+{
+    PlayLogicThread other(QStringLiteral("otherplay"));
+    const CMPath otherPath(QStringLiteral("otherplay:/playlogic"));
+    ASSERT_FALSE(control(playControl(container({track("Mine", 3600)}), 0)).hasError());
+    ASSERT_TRUE(waitForState("playing"));
+
+    ASSERT_FALSE(control(playControl(container({track("Theirs", 3600)}, otherPath), 0)).hasError());
+    ASSERT_TRUE(waitFor([&]() { return other.logic()->eventsNamed("mediaPlaybackStarted").size() == 1; }));
+    ASSERT_TRUE(waitForEvent("playbackStopped"));
+    EXPECT_TRUE(other.logic()->eventsNamed("mediaPlaybackStarted").first().oldRoles.isEmpty());
+    EXPECT_EQ(status().value("playLogicPath"), otherPath.toEncoded());
+    EXPECT_EQ(titleOf(status().value("track")), "Theirs");
+
+    // The former play logic, late, can neither stop nor play over the new one.
+    EXPECT_FALSE(m_player->stopPlayLogic(kLogicPath, VexaPlayLogicStopReason::EndOfContent));
+    EXPECT_FALSE(m_player->play(kLogicPath, track("Again", 30), {}));
+    EXPECT_FALSE(m_player->setNextMedia(kLogicPath, track("Later", 30), {}));
+    EXPECT_EQ(state(), "playing");
+    EXPECT_TRUE(m_player->stop(VexaPlayLogicStopReason::Stopped));
+    EXPECT_EQ(state(), "stopped");
+    EXPECT_FALSE(m_player->stop(VexaPlayLogicStopReason::Stopped));
+}
+
+TEST_F(PlayerTest, BadRequestsAreRefusedWithoutHarm)
+{
+    const QVariantHash album = container({track("One", 30)}).hash();
+    VexaRoles anonymous(album);
+    anonymous.setMediaData(VexaMediaData());
+    const QVariantList bad = {
+        QVariant(),
+        QVariant("play"),
+        QVariant(QVariantList{"play"}),
+        QVariant(42),
+        QVariant(QVariantHash()),
+        QVariant(QVariantHash{{"control", 1}}),
+        QVariant(QVariantHash{{"control", "dance"}}),
+        QVariant(QVariantHash{{"control", "play"}}),
+        QVariant(QVariantHash{{"control", "play"}, {"container", "Album"}}),
+        QVariant(QVariantHash{{"control", "play"}, {"container", anonymous.toVariant()}}),
+        QVariant(QVariantHash{{"control", "play"}, {"container", album}, {"track", "One"}}),
+        QVariant(QVariantHash{{"control", "play"}, {"container", album}, {"index", -1}}),
+        QVariant(QVariantHash{{"control", "play"}, {"container", album}, {"index", "first"}}),
+        QVariant(QVariantHash{{"control", "play"}, {"container", album}, {"index", 0.5}}),
+        QVariant(QVariantHash{{"control", "seek"}}),
+    };
+    for (const QVariant& value : bad) {
+        const CMReply<QVariant> reply = invoke(Player::controlPath(), value);
+        ASSERT_TRUE(reply.hasError()) << value.toString().toStdString();
+        EXPECT_EQ(reply.error().name(), CMError::BadRequestName());
+    }
+    EXPECT_EQ(invoke(Player::statusPath(), QVariantHash{{"state", "playing"}}).error().name(), CMError::BadRequestName());
+    EXPECT_EQ(invoke(Player::positionPath(), 5).error().name(), CMError::BadRequestName());
+    EXPECT_EQ(invoke(CMPath("player:/volume"), 5).error().name(), CMError::InvalidPathName());
+    EXPECT_FALSE(CMRoot()->getValue(CMPath("player:/volume")).isValid());
+    EXPECT_TRUE(logic()->events().isEmpty());
+    EXPECT_EQ(state(), "stopped");
+
+    // The player's own interface refuses as calmly.
+    EXPECT_FALSE(m_player->playContainer(anonymous, track("One", 30), 0, 0, false));
+    EXPECT_FALSE(m_player->play(kLogicPath, VexaRoles(), {}));
+    EXPECT_FALSE(m_player->clearNextMedia(kLogicPath));
+    EXPECT_EQ(m_player->positionMs(), 0);
+
+    // A container with a null track and no index still plays from its first track.
+    ASSERT_FALSE(control(QVariantHash{{"control", "play"}, {"container", album}, {"track", QVariant::fromValue(nullptr)}})
+                     .hasError());
+    ASSERT_TRUE(waitForEvent("mediaPlaybackStarted"));
+}
+
+TEST_F(PlayerTest, PlayContainerStartsWherePlaybackIsAskedToStart)
+{
+    ASSERT_TRUE(m_player->playContainer(container({track("Long", 3600)}), track("Long", 3600), 0, 120000, true));
+    ASSERT_TRUE(waitForState("paused"));
+    EXPECT_EQ(position(), 120000);
+    ASSERT_TRUE(waitForEvent("mediaPlaybackStarted"));
+    EXPECT_TRUE(m_player->stopPlayLogic(kLogicPath, VexaPlayLogicStopReason::Stopped));
+    EXPECT_EQ(state(), "stopped");
+}
+
+} // namespace
