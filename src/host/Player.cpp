@@ -462,12 +462,7 @@ void Player::handOverLocked()
 void Player::endPlaybackLocked()
 {
     LOG4CPLUS_INFO(logger(), "Playback of " << m_playLogicPath << " ended");
-    m_state = State::Stopped;
-    m_track = VexaRoles();
-    m_durationMs = 0;
-    ++m_trackSerial;
-    forgetNextLocked();
-    announceLocked();
+    clearTrackLocked();
     sendLocked(m_playLogicPath, VexaPlayLogicRequest::callback(VexaPlayLogicCallback::PlaybackEnded));
 }
 
@@ -483,13 +478,18 @@ bool Player::stopLocked(VexaPlayLogicStopReason::Enum reason)
     LOG4CPLUS_INFO(logger(), "Stopped (" << VexaPlayLogicStopReason::toString(reason) << ")");
     if (clearError)
         m_error = VexaError();
+    clearTrackLocked();
+    return wasRunning;
+}
+
+void Player::clearTrackLocked()
+{
     m_state = State::Stopped;
     m_track = VexaRoles();
     m_durationMs = 0;
     ++m_trackSerial;
     forgetNextLocked();
     announceLocked();
-    return wasRunning;
 }
 
 void Player::forgetNextLocked()

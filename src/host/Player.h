@@ -101,6 +101,8 @@ private:
     void handOverLocked();
     void endPlaybackLocked();
     bool stopLocked(VexaPlayLogicStopReason::Enum reason);
+    // Nothing plays any more, and the player says so.
+    void clearTrackLocked();
     void forgetNextLocked();
     void sendPrepareLocked();
     void sendLocked(const CMPath& playLogicPath, const VexaPlayLogicRequest& request,
