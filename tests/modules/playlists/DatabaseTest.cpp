@@ -12,7 +12,6 @@
 using log4cplus::DEBUG_LOG_LEVEL;
 using log4cplus::ERROR_LOG_LEVEL;
 using log4cplus::INFO_LOG_LEVEL;
-using log4cplus::TRACE_LOG_LEVEL;
 using log4cplus::WARN_LOG_LEVEL;
 
 TEST(DatabaseTest, freshStartCreatesSchemaAndPlayQueueAndRestartKeepsRows)
@@ -23,71 +22,43 @@ TEST(DatabaseTest, freshStartCreatesSchemaAndPlayQueueAndRestartKeepsRows)
         Database db(0, false);
         EXPECT_TRUE(QFileInfo(QStringLiteral("data-rw/playlists/playlists.sqlite")).isFile());
         StoreReader store;
-        EXPECT_EQ(store.rows("SELECT name FROM sqlite_master WHERE type IN ('table', 'index')"
-                             " AND name NOT LIKE 'sqlite_%' ORDER BY name"),
+        EXPECT_EQ(store.rows("SELECT name FROM sqlite_master WHERE name NOT LIKE 'sqlite_%' ORDER BY name"),
                   QStringList({"collections", "collections_playlists", "itemUrlIndex", "items", "playlists",
                                "playlists_items"}));
         EXPECT_EQ(store.rows("SELECT uid, name, shuffle, repeatAll, lastPlayedIndex FROM playlists"),
                   QStringList({"0|PlayQueue|0|0|-1"}));
-
         const PlayListRecord queue = db.getPlayQueue();
         EXPECT_EQ(queue.uid, 0);
         EXPECT_EQ(queue.name, QStringLiteral("PlayQueue"));
-        EXPECT_EQ(queue.lastPlayedIndex, -1);
         EXPECT_EQ(queue.size, 0);
         EXPECT_EQ(db.countPlaylists(), 0);
-        EXPECT_EQ(db.countCollections(), 0);
-        EXPECT_EQ(db.countPlaylistsItems(), 0);
-
         ASSERT_GT(db.createPlayList(QStringLiteral("kept")).uid, 0);
-        // The queue's last played entry must survive a restart untouched.
         store.exec("UPDATE playlists SET lastPlayedIndex = 4 WHERE uid = 0");
     }
-    EXPECT_TRUE(log.contains(TRACE_LOG_LEVEL, "PlayList tables exist"));
-    EXPECT_TRUE(log.contains(TRACE_LOG_LEVEL, "PlayList statements prepared"));
     EXPECT_TRUE(log.messages(log4cplus::FATAL_LOG_LEVEL).isEmpty());
 
     Database again(0, false);
     StoreReader store;
     EXPECT_EQ(store.rows("SELECT uid, name, lastPlayedIndex FROM playlists ORDER BY uid"),
               QStringList({"0|PlayQueue|4", "1|kept|-1"}));
-    EXPECT_EQ(again.countPlaylists(), 1);
-}
 
-TEST(DatabaseTest, clearDatabaseLeavesOnlyThePlayQueue)
-{
-    WorkDir dir;
-    LogCapture log;
-    Database db(0, false);
-    const PlayListRecord pl = db.createPlayList(QStringLiteral("a"));
-    int added = 0;
-    db.addItems(pl, VexaPlayListAddPosition::Append, TestItems::make(3, "t"), &added);
-    const CollectionRecord cl = db.createCollection(QStringLiteral("c"));
-    db.addToCollection(cl, pl.uid);
-
-    db.clearDatabase();
-
-    StoreReader store;
+    again.clearDatabase();
     EXPECT_EQ(store.rows("SELECT uid, name, lastPlayedIndex FROM playlists"), QStringList({"0|PlayQueue|-1"}));
-    EXPECT_EQ(store.scalar("SELECT (SELECT COUNT(*) FROM items) + (SELECT COUNT(*) FROM playlists_items)"
-                           " + (SELECT COUNT(*) FROM collections) + (SELECT COUNT(*) FROM collections_playlists)"),
-              0);
 }
 
 TEST(DatabaseTest, vacuumSignalsOnlyChangesOfTheFlag)
 {
     WorkDir dir;
+    LogCapture log;
     {
-        LogCapture log;
-        Database flagged(0, true);
         // Vacuumed during construction, so a later vacuum() has nothing to do.
+        Database flagged(0, true);
         EXPECT_EQ(log.startingWith("sqlite vacuum duration: ").size(), 1);
         QSignalSpy spy(&flagged, &Database::vacuumNeeded);
         flagged.vacuum();
         EXPECT_EQ(spy.count(), 0);
     }
-
-    LogCapture log;
+    log.clear();
     Database db(0, false);
     QSignalSpy spy(&db, &Database::vacuumNeeded);
     db.vacuum();
@@ -96,19 +67,15 @@ TEST(DatabaseTest, vacuumSignalsOnlyChangesOfTheFlag)
 
     db.setVacuumNeeded();
     db.setVacuumNeeded();
-    ASSERT_EQ(spy.count(), 1);
-    EXPECT_EQ(spy.at(0).at(0).toBool(), true);
-
+    db.vacuum();
     db.vacuum();
     ASSERT_EQ(spy.count(), 2);
-    EXPECT_EQ(spy.at(1).at(0).toBool(), false);
+    EXPECT_TRUE(spy.at(0).at(0).toBool());
+    EXPECT_FALSE(spy.at(1).at(0).toBool());
     const QStringList durations = log.startingWith("sqlite vacuum duration: ");
     ASSERT_EQ(durations.size(), 1);
     EXPECT_TRUE(durations.first().endsWith(" ms"));
-    EXPECT_TRUE(log.messages(INFO_LOG_LEVEL).contains(durations.first()));
-
-    db.vacuum();
-    EXPECT_EQ(spy.count(), 2);
+    EXPECT_TRUE(log.contains(INFO_LOG_LEVEL, durations.first()));
 }
 
 TEST(DatabaseTest, playlistsAreCreatedListedByNameUpdatedAndSized)
@@ -116,55 +83,41 @@ TEST(DatabaseTest, playlistsAreCreatedListedByNameUpdatedAndSized)
     WorkDir dir;
     LogCapture log;
     Database db(0, false);
-
     const PlayListRecord b = db.createPlayList(QStringLiteral("b"));
     const PlayListRecord a = db.createPlayList(QStringLiteral("a"));
-    const PlayListRecord a2 = db.createPlayList(QStringLiteral("a"));
-    EXPECT_GT(b.uid, 0);
-    EXPECT_NE(a.uid, a2.uid); // names need not be unique
-    EXPECT_EQ(a.name, QStringLiteral("a"));
-    EXPECT_FALSE(a.shuffle);
-    EXPECT_FALSE(a.repeatAll);
+    EXPECT_NE(db.createPlayList(QStringLiteral("a")).uid, a.uid); // names need not be unique
     EXPECT_EQ(a.lastPlayedIndex, -1);
-    EXPECT_EQ(a.size, 0);
     EXPECT_TRUE(log.contains(DEBUG_LOG_LEVEL, QStringLiteral("Created playlist uid=%1 name=b").arg(b.uid)));
-    EXPECT_TRUE(log.contains(TRACE_LOG_LEVEL, "Enter Database::createPlayList: name=b"));
     EXPECT_EQ(db.countPlaylists(), 3);
 
     int added = 0;
     db.addItems(b, VexaPlayListAddPosition::Append, TestItems::make(5, "t"), &added);
-
     PlayListRecord changed = b;
     changed.name = QStringLiteral("c");
     changed.shuffle = true;
     changed.repeatAll = true;
     changed.lastPlayedIndex = 3;
-    changed.size = 99; // not stored
     EXPECT_TRUE(db.updatePlayList(changed));
 
     const QList<PlayListRecord> lists = db.getPlayLists();
     ASSERT_EQ(lists.size(), 3);
     EXPECT_EQ(lists.at(0).name, QStringLiteral("a"));
-    EXPECT_EQ(lists.at(1).name, QStringLiteral("a"));
-    EXPECT_EQ(lists.at(2).uid, b.uid);
-    EXPECT_EQ(lists.at(2).name, QStringLiteral("c"));
-    EXPECT_TRUE(lists.at(2).shuffle);
-    EXPECT_TRUE(lists.at(2).repeatAll);
-    EXPECT_EQ(lists.at(2).lastPlayedIndex, 3);
-    EXPECT_EQ(lists.at(2).size, 5);
     EXPECT_EQ(lists.at(0).size, 0);
+    const PlayListRecord& read = lists.at(2);
+    EXPECT_EQ(read.uid, b.uid);
+    EXPECT_EQ(read.name, QStringLiteral("c"));
+    EXPECT_TRUE(read.shuffle && read.repeatAll);
+    EXPECT_EQ(read.lastPlayedIndex, 3);
+    EXPECT_EQ(read.size, 5);
 
     // Only the stored value 1 reads as true.
     StoreReader store;
     store.exec("UPDATE playlists SET shuffle = 2, repeatAll = -1 WHERE uid = ?1", {b.uid});
-    EXPECT_FALSE(db.getPlayLists().at(2).shuffle);
-    EXPECT_FALSE(db.getPlayLists().at(2).repeatAll);
+    EXPECT_FALSE(db.getPlayLists().at(2).shuffle || db.getPlayLists().at(2).repeatAll);
 
-    PlayListRecord unknown = b;
-    unknown.uid = 4242;
-    EXPECT_FALSE(db.updatePlayList(unknown));
+    changed.uid = 4242;
+    EXPECT_FALSE(db.updatePlayList(changed));
     EXPECT_TRUE(log.contains(ERROR_LOG_LEVEL, "Error updating PlayList: no such uid in DB"));
-    EXPECT_EQ(db.getPlayQueue().uid, 0);
 }
 
 TEST(DatabaseTest, deletingPlaylistsKeepsQueueAndSharedItems)
@@ -178,16 +131,13 @@ TEST(DatabaseTest, deletingPlaylistsKeepsQueueAndSharedItems)
     EXPECT_TRUE(log.contains(ERROR_LOG_LEVEL, "Error deleting PlayList: no such list in DB"));
     EXPECT_TRUE(log.contains(ERROR_LOG_LEVEL, "Error deleting PlayList"));
     EXPECT_EQ(db.getPlayQueue().name, QStringLiteral("PlayQueue"));
-    EXPECT_EQ(vacuum.count(), 0);
 
-    PlayListRecord first = db.createPlayList(QStringLiteral("first"));
-    PlayListRecord second = db.createPlayList(QStringLiteral("second"));
+    const PlayListRecord first = db.createPlayList(QStringLiteral("first"));
+    const PlayListRecord second = db.createPlayList(QStringLiteral("second"));
     int added = 0;
     db.addItems(first, VexaPlayListAddPosition::Append, TestItems::make(3, "f"), &added);
     db.addItems(second, VexaPlayListAddPosition::Append, TestItems::make(2, "s"), &added);
-    const CollectionRecord cl = db.createCollection(QStringLiteral("c"));
-    ASSERT_TRUE(db.addToCollection(cl, first.uid));
-
+    ASSERT_TRUE(db.addToCollection(db.createCollection(QStringLiteral("c")), first.uid));
     // The second playlist also refers to the first one's item "f1".
     StoreReader store;
     ASSERT_TRUE(store.exec("INSERT INTO playlists_items(playlist, item, sequenceNumber)"
@@ -196,18 +146,12 @@ TEST(DatabaseTest, deletingPlaylistsKeepsQueueAndSharedItems)
 
     EXPECT_TRUE(db.deletePlayList(first));
     EXPECT_EQ(store.rows("SELECT title FROM items ORDER BY title"), QStringList({"f1", "s0", "s1"}));
-    EXPECT_EQ(store.scalar("SELECT COUNT(*) FROM playlists_items WHERE playlist = ?1", {first.uid}), 0);
     EXPECT_EQ(store.scalar("SELECT COUNT(*) FROM collections_playlists"), 0);
+    EXPECT_FALSE(db.deletePlayList(first));
+    EXPECT_TRUE(db.deletePlayList(second));
     ASSERT_EQ(vacuum.count(), 1);
     EXPECT_TRUE(vacuum.at(0).at(0).toBool());
-
-    log.clear();
-    EXPECT_FALSE(db.deletePlayList(first));
-    EXPECT_TRUE(log.contains(ERROR_LOG_LEVEL, "Error deleting PlayList: no such list in DB"));
-    EXPECT_TRUE(db.deletePlayList(second));
-    EXPECT_EQ(vacuum.count(), 1);
     EXPECT_EQ(db.countPlaylistsItems(), 0);
-    EXPECT_EQ(db.countPlaylists(), 0);
 }
 
 TEST(DatabaseTest, collectionsHoldMembershipsAndRefuseRepeats)
@@ -217,31 +161,24 @@ TEST(DatabaseTest, collectionsHoldMembershipsAndRefuseRepeats)
     Database db(0, false);
     const PlayListRecord p1 = db.createPlayList(QStringLiteral("p1"));
     const PlayListRecord p2 = db.createPlayList(QStringLiteral("p2"));
-
     const CollectionRecord zed = db.createCollection(QStringLiteral("zed"));
     const CollectionRecord empty = db.createCollection(QStringLiteral("empty"));
-    ASSERT_GT(zed.uid, 0);
-    EXPECT_TRUE(zed.playlists.isEmpty());
     EXPECT_TRUE(log.contains(DEBUG_LOG_LEVEL, QStringLiteral("Inserted collection uid=%1 name=zed").arg(zed.uid)));
 
     EXPECT_TRUE(db.addToCollection(zed, p2.uid));
     EXPECT_TRUE(db.addToCollection(zed, p1.uid));
-    EXPECT_TRUE(log.contains(DEBUG_LOG_LEVEL, QStringLiteral("Pl=%1 added to collection=%2").arg(p1.uid).arg(zed.uid)));
     EXPECT_FALSE(db.addToCollection(zed, p1.uid));
     EXPECT_TRUE(log.contains(ERROR_LOG_LEVEL, QStringLiteral("Unable to add pl=%1 to collection=%2").arg(p1.uid).arg(zed.uid)));
     EXPECT_FALSE(db.addToCollection(zed, 777)); // refused by the foreign key
-    EXPECT_EQ(db.countCollections(), 2);
 
-    QList<CollectionRecord> collections = db.getCollections();
+    const QList<CollectionRecord> collections = db.getCollections();
     ASSERT_EQ(collections.size(), 2);
     EXPECT_EQ(collections.at(0).name, QStringLiteral("empty"));
     EXPECT_TRUE(collections.at(0).playlists.isEmpty());
-    EXPECT_EQ(collections.at(1).uid, zed.uid);
     QList<int> members = collections.at(1).playlists;
     std::sort(members.begin(), members.end());
     EXPECT_EQ(members, QList<int>({p1.uid, p2.uid}));
 
-    log.clear();
     EXPECT_FALSE(db.removeFromCollection(empty, p1.uid));
     EXPECT_TRUE(log.contains(WARN_LOG_LEVEL, QStringLiteral("Unable to remove pl=%1 From collection=%2 in database: "
                                                            "no such playlist in collection in DB")
@@ -255,27 +192,7 @@ TEST(DatabaseTest, collectionsHoldMembershipsAndRefuseRepeats)
     EXPECT_TRUE(log.contains(WARN_LOG_LEVEL, QStringLiteral("Unable to delete collection uid=%1 in database: "
                                                            "no such collection in DB")
                                                  .arg(zed.uid)));
-    StoreReader store;
-    EXPECT_EQ(store.scalar("SELECT COUNT(*) FROM collections_playlists"), 0);
-    EXPECT_EQ(db.countPlaylists(), 2); // members stay
+    EXPECT_EQ(StoreReader().scalar("SELECT COUNT(*) FROM collections_playlists"), 0);
+    EXPECT_EQ(db.countPlaylists(), 2);
     EXPECT_EQ(db.countCollections(), 1);
-}
-
-TEST(DatabaseTest, unreadableCollectionMembersAreSkipped)
-{
-    WorkDir dir;
-    LogCapture log;
-    Database db(0, false);
-    const PlayListRecord pl = db.createPlayList(QStringLiteral("p"));
-    const CollectionRecord cl = db.createCollection(QStringLiteral("c"));
-    ASSERT_TRUE(db.addToCollection(cl, pl.uid));
-    // A plain connection does not enforce foreign keys, so a member that is no
-    // number can be planted.
-    StoreReader store;
-    ASSERT_TRUE(store.exec("INSERT INTO collections_playlists(collection, playlist) VALUES(?1, 'x')", {cl.uid}));
-
-    const QList<CollectionRecord> collections = db.getCollections();
-    ASSERT_EQ(collections.size(), 1);
-    EXPECT_EQ(collections.first().playlists, QList<int>({pl.uid}));
-    EXPECT_EQ(log.count(ERROR_LOG_LEVEL, "Error parsing collections"), 1);
 }
