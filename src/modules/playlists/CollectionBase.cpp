@@ -1,0 +1,8 @@
+#include "CollectionBase.h"
+
+CollectionBase::CollectionBase()
+    : QObject(nullptr)
+{
+}
+
+CollectionBase::~CollectionBase() = default;

@@ -1,0 +1,8 @@
+#include "PlayListBase.h"
+
+PlayListBase::PlayListBase()
+    : QObject(nullptr)
+{
+}
+
+PlayListBase::~PlayListBase() = default;
