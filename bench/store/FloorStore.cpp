@@ -128,15 +128,17 @@ void FloorStore::addItems(int playlist, int at, int size, const QList<VexaPlayLi
         shiftFrom(playlist, at, items.size(), size);
     for (int k = 0; k < items.size(); ++k) {
         const VexaPlayListItem& item = items.at(k);
-        bindText(m_insertItem, 1, item.title());
-        bindText(m_insertItem, 2, item.artist());
-        bindText(m_insertItem, 3, item.album());
-        bindText(m_insertItem, 4, item.artworkUrl());
-        bindText(m_insertItem, 5, item.genre());
+        // The UTF-8 buffers live until the step is done, so SQLite need not copy them.
+        const QByteArray texts[] = {item.title().toUtf8(),     item.artist().toUtf8(),  item.album().toUtf8(),
+                                    item.artworkUrl().toUtf8(), item.genre().toUtf8(),   QByteArray(),
+                                    item.url().toUtf8(),       item.serviceId().toUtf8(), item.vexaRoles().toUtf8()};
+        for (int column = 1; column <= 9; ++column) {
+            if (column == 6)
+                continue;
+            const QByteArray& text = texts[column - 1];
+            sqlite3_bind_text(m_insertItem, column, text.constData(), text.size(), SQLITE_STATIC);
+        }
         sqlite3_bind_int(m_insertItem, 6, item.durationSeconds());
-        bindText(m_insertItem, 7, item.url());
-        bindText(m_insertItem, 8, item.serviceId());
-        bindText(m_insertItem, 9, item.vexaRoles());
         run(m_insertItem);
         sqlite3_bind_int(m_insertEntry, 1, playlist);
         sqlite3_bind_int64(m_insertEntry, 2, sqlite3_last_insert_rowid(m_db));
