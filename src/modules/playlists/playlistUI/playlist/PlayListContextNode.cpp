@@ -1,0 +1,136 @@
+#include "PlayListContextNode.h"
+
+#include "CollectionBase.h"
+#include "PlayListBase.h"
+#include "PlayListManager.h"
+#include "PlayListsLog.h"
+
+#include "Language.h"
+#include "VexaPaths.h"
+#include "VexaPlayListClAddRemoveItem.h"
+#include "VexaPlayListPlId.h"
+#include "VexaPlayListPlSetName.h"
+#include "VexaPlayListPlSetRepeat.h"
+#include "VexaPlayListPlSetShuffle.h"
+
+namespace {
+
+const QString kAction = QStringLiteral("action");
+const QString kPlid = QStringLiteral("plid");
+const QString kClid = QStringLiteral("clid");
+const QString kMode = QStringLiteral("mode");
+
+// A toggle row's mode: the value sent, else the inverse held by the row's path.
+QVariant toggleMode(const CMSetDataRequest& request)
+{
+    const VexaValue value(request.value().toHash());
+    if (value.contains(VexaValue::Bool_()))
+        return int(value.bool_());
+    return BaseNode::toInt(request.path().param(kMode), -1);
+}
+
+} // namespace
+
+PlayListContextNode* PlayListContextNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* manager)
+{
+    return createMenu<PlayListContextNode>(nodes, path, manager);
+}
+
+bool PlayListContextNode::getRowsRequest(const CMGetRowsRequest& request)
+{
+    const log4cplus::Logger& logger = PlayListsLog::logger();
+    const QString plid = request.path().param(kPlid);
+    const QString clid = request.path().param(kClid);
+    LOG4CPLUS_TRACE(logger, "plid: " << plid);
+    LOG4CPLUS_TRACE(logger, "clid: " << clid);
+    PlayListBase* playlist = m_manager ? m_manager->getPlayListByUid(toInt(plid, -1)) : nullptr;
+    const QString title = NODE_TR("Playlist Context Menu") + QStringLiteral(" - ") + (playlist ? playlist->getName() : QString());
+    QVariantList rows;
+    if (playlist) {
+        appendRow(rows, request, row(NODE_TR("Play"), ownPath({{kAction, QStringLiteral("play")}, {kPlid, plid}}),
+                                     VexaRolesType::Action));
+        appendRow(rows, request, inputRow(NODE_TR("Rename"), ownPath({{kAction, QStringLiteral("rename")}, {kPlid, plid}}),
+                                          stringValue(playlist->getName())));
+        appendRow(rows, request,
+                  inputRow(NODE_TR("Set shuffle mode"),
+                           ownPath({{kAction, QStringLiteral("shuffle")}, {kPlid, plid}, {kMode, toStr(!playlist->getShuffle())}}),
+                           boolValue(playlist->getShuffle())));
+        appendRow(rows, request,
+                  inputRow(NODE_TR("Set repeat mode"),
+                           ownPath({{kAction, QStringLiteral("repeat")}, {kPlid, plid}, {kMode, toStr(!playlist->getRepeatAll())}}),
+                           boolValue(playlist->getRepeatAll())));
+        // The merge source travels as "fromplid" through the choosers to the add command.
+        appendRow(rows, request,
+                  row(NODE_TR("Merge with playlist"),
+                      VexaPlayListPlAddToPlaylistPath()
+                          .withParam(kAction, QStringLiteral("cmnode"))
+                          .withParam(QStringLiteral("fromplid"), plid),
+                      VexaRolesType::Container));
+        appendRow(rows, request,
+                  row(NODE_TR("Add to collection"),
+                      VexaPlayListClAddtoCollectionPath().withParam(kAction, QStringLiteral("cmnode")).withParam(kPlid, plid),
+                      VexaRolesType::Container));
+        CollectionBase* collection =
+            request.path().hasParam(kClid) ? m_manager->getCollectionByUid(clid.toInt()) : nullptr;
+        if (collection) {
+            appendRow(rows, request,
+                      row(NODE_TR("Remove from collection") + QStringLiteral(" - ") + collection->getName(),
+                          ownPath({{kAction, QStringLiteral("delFromCl")}, {kPlid, plid}, {kClid, clid}}),
+                          VexaRolesType::Action));
+        }
+        appendRow(rows, request, separatorRow());
+        appendRow(rows, request, row(NODE_TR("Clear playlist"),
+                                     ownPath({{kAction, QStringLiteral("clearPl")}, {kPlid, plid}}), VexaRolesType::Action));
+        appendRow(rows, request, row(NODE_TR("Delete playlist"),
+                                     ownPath({{kAction, QStringLiteral("delPL")}, {kPlid, plid}}), VexaRolesType::Action));
+    }
+    sendRowsReply(rows, rows.size(), title, createRolesFromPath(request.path(), request.roleNames()), request, true);
+    return true;
+}
+
+bool PlayListContextNode::setDataRequest(const CMSetDataRequest& request)
+{
+    const QString action = request.path().param(kAction);
+    const int plid = toInt(request.path().param(kPlid), -1);
+    if (action == QLatin1String("play") || action == QLatin1String("clearPl") || action == QLatin1String("delPL")) {
+        VexaPlayListPlId record;
+        record.setPlid(plid);
+        const CMPath command = action == QLatin1String("play")    ? VexaPlayListPlPlayPath()
+                             : action == QLatin1String("clearPl") ? VexaPlayListPlClearPath()
+                                                                  : VexaPlayListPlDeletePath();
+        invokeCommand(command, record, request);
+    } else if (action == QLatin1String("rename")) {
+        VexaPlayListPlSetName record;
+        record.setPlid(plid);
+        const VexaValue value(request.value().toHash());
+        if (value.contains(VexaValue::String_()))
+            record.setName(value.string_());
+        invokeCommand(VexaPlayListPlSetNamePath(), record, request);
+    } else if (action == QLatin1String("shuffle")) {
+        VexaPlayListPlSetShuffle record;
+        record.setPlid(plid);
+        record.setMode(toggleMode(request));
+        invokeCommand(VexaPlayListPlSetShufflePath(), record, request);
+    } else if (action == QLatin1String("repeat")) {
+        VexaPlayListPlSetRepeat record;
+        record.setPlid(plid);
+        record.setMode(toggleMode(request));
+        invokeCommand(VexaPlayListPlSetRepeatPath(), record, request);
+    } else if (action == QLatin1String("delFromCl")) {
+        VexaPlayListClAddRemoveItem record;
+        record.setPlid(plid);
+        record.setClid(toInt(request.path().param(kClid), -1));
+        invokeCommand(VexaPlayListClRemoveItemPath(), record, request);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void PlayListContextNode::watchReplyFinished(const CMReply<QVariant>& reply, CMSetDataRequest request)
+{
+    const QString action = request.path().param(kAction);
+    const bool staysOpen = action == QLatin1String("shuffle") || action == QLatin1String("repeat")
+        || action == QLatin1String("rename");
+    passReply(reply, request, !staysOpen);
+}

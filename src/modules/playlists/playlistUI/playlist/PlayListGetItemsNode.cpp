@@ -1,0 +1,37 @@
+#include "PlayListGetItemsNode.h"
+
+#include "PlayListBase.h"
+#include "PlayListManager.h"
+#include "PlayListsLog.h"
+
+#include "Language.h"
+
+PlayListGetItemsNode* PlayListGetItemsNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* manager)
+{
+    PlayListGetItemsNode* node = createNode<PlayListGetItemsNode>(nodes, path, manager);
+    node->setMediaData(playLogicMediaData());
+    return node;
+}
+
+bool PlayListGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
+{
+    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "request=" << request.index());
+    const int uid = toInt(path().splitBase().value(path().splitBase().size() - 1), -1);
+    LOG4CPLUS_TRACE(PlayListsLog::logger(), "plid: " << uid);
+    PlayListBase* playlist = m_manager ? m_manager->getPlayListByUid(uid) : nullptr;
+    const QString name = playlist ? playlist->getName() : QString();
+    sendTracks(playlist, NODE_TR("Playlist") + QStringLiteral(" - ") + name, request);
+    return true;
+}
+
+void PlayListGetItemsNode::sendTracks(PlayListBase* playlist, const QString& title, const CMGetRowsRequest& request)
+{
+    QVariantList rows;
+    int count = 0;
+    if (playlist) {
+        count = playlist->getSize();
+        for (const VexaPlayListItem& item : playlist->getItems(request.fromRow(), request.toRow()))
+            appendRow(rows, request, addContextMenuToRoles(playlist->itemToVexaRoles(item), playlist->getUid()));
+    }
+    sendRowsReply(rows, count, title, createRolesFromPath(request.path(), request.roleNames()), request, false);
+}

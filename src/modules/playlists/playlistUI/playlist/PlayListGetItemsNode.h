@@ -1,0 +1,23 @@
+#pragma once
+
+#include "BaseNode.h"
+
+class PlayListBase;
+
+// The tracks of one playlist, at its tracks path; the playlist is the last
+// segment of that path. Only the requested rows are read from the store.
+class PlayListGetItemsNode : public BaseNode
+{
+public:
+    using BaseNode::BaseNode;
+    // Also gives the node media data naming the module's play logic, so that
+    // playing the list goes through it.
+    static PlayListGetItemsNode* create(CMNodes* nodes, const CMPath& path, PlayListManager* manager);
+
+    bool getRowsRequest(const CMGetRowsRequest& request) override;
+
+protected:
+    // Rows fromRow..toRow of playlist (none when it is null), each with its
+    // track menu, answered with the playlist's full size.
+    void sendTracks(PlayListBase* playlist, const QString& title, const CMGetRowsRequest& request);
+};

@@ -1,0 +1,23 @@
+#include "PlayQueueGetItemsNode.h"
+
+#include "PlayListBase.h"
+#include "PlayListManager.h"
+#include "PlayListsLog.h"
+
+#include "Language.h"
+
+PlayQueueGetItemsNode* PlayQueueGetItemsNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* manager)
+{
+    PlayQueueGetItemsNode* node = createNode<PlayQueueGetItemsNode>(nodes, path, manager);
+    node->setMediaData(playLogicMediaData());
+    return node;
+}
+
+bool PlayQueueGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
+{
+    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "request=" << request.index());
+    PlayListBase* queue = m_manager ? m_manager->getPlayQueue() : nullptr;
+    LOG4CPLUS_TRACE(PlayListsLog::logger(), "plid: " << (queue ? queue->getUid() : -1));
+    sendTracks(queue, NODE_TR("PlayQueue tracks"), request);
+    return true;
+}

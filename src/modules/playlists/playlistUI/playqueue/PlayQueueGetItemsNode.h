@@ -1,0 +1,13 @@
+#pragma once
+
+#include "PlayListGetItemsNode.h"
+
+// The tracks of the play queue.
+class PlayQueueGetItemsNode : public PlayListGetItemsNode
+{
+public:
+    using PlayListGetItemsNode::PlayListGetItemsNode;
+    static PlayQueueGetItemsNode* create(CMNodes* nodes, const CMPath& path, PlayListManager* manager);
+
+    bool getRowsRequest(const CMGetRowsRequest& request) override;
+};
