@@ -1,0 +1,92 @@
+#pragma once
+
+#include "CMSetDataRequest.h"
+#include "VexaPlayListAddPosition.h"
+#include "VexaPlayListItem.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+
+class CMRequestGroup;
+class PlayListBase;
+class PlayListManager;
+class PlayListWorker;
+
+// Carries out the module's commands: matches a set-data request's path with
+// the command paths, checks the parameters in a fixed order, changes the model
+// and answers the request with a success value or a user-readable error.
+class Controller : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The bookkeeping of one add-items command while its content is prepared.
+    struct ReqGroupProperties
+    {
+        int plid = -1;
+        int fromPlid = -1;
+        VexaPlayListAddPosition::Enum position = VexaPlayListAddPosition::Append;
+        bool flag = false;
+        // True when the command copies a whole, existing source playlist.
+        bool wholePlaylist = false;
+        CMSetDataRequest request;
+    };
+
+    Controller(PlayListWorker* worker, PlayListManager* manager);
+
+    // Routes and answers one request; true when its path is one of the commands.
+    bool handleSetData(const CMSetDataRequest& request);
+
+    void setReply(const CMSetDataRequest& request, bool ok, const QString& msg);
+    void setReplyInt(const CMSetDataRequest& request, bool ok, int value, const QString& msg);
+    QString buildErrMsg(const QString& a, const QString& b, const QString& c);
+    QString buildOkMsg(const QString& a, const QString& b, const QString& c);
+
+    bool checkNonemptyString(const QString& value, const QString& field, const QString& prefix, QString& errMsg);
+    bool checkPlayList(const PlayListBase* pl, const int& plid, const QString& prefix, QString& errMsg);
+    bool checkPlayListId(const int& plid, const QString& prefix, QString& errMsg);
+
+    bool plCreate(CMSetDataRequest request, QString& msg, int& uid);
+    bool clCreate(CMSetDataRequest request, QString& msg, int& uid);
+    bool clDelete(CMSetDataRequest request, QString& msg);
+    bool plSetName(CMSetDataRequest request, QString& msg);
+    bool plSetShuffle(CMSetDataRequest request, QString& msg);
+    bool plSetRepeat(CMSetDataRequest request, QString& msg);
+    bool plDelete(CMSetDataRequest request, QString& msg);
+    bool clAddItem(CMSetDataRequest request, QString& msg);
+    bool clRemoveItem(CMSetDataRequest request, QString& msg);
+    bool plClearItems(CMSetDataRequest request, QString& msg);
+    bool plMoveItems(CMSetDataRequest request, QString& msg);
+    bool plRemoveItems(CMSetDataRequest request, QString& msg);
+    bool plPlay(CMSetDataRequest request, QString& msg);
+
+    void plAddItems(CMSetDataRequest request);
+    int addItemsFromAllReplays(const ReqGroupProperties& properties, CMRequestGroup* group, QString* msg);
+    int addItemsToPlaylist(PlayListBase* playlist, const QList<VexaPlayListItem>& items,
+                           VexaPlayListAddPosition::Enum position, QString* msg);
+    bool plAddExternalItems(CMSetDataRequest request, QString& msg);
+    void plPrepareItems(CMSetDataRequest request);
+    QVariantList preparePlaylistItems(const QStringList& paths);
+    void tryStartItem(const VexaPlayListItem& item, const PlayListBase* playlist, int seqIndex);
+
+signals:
+    void playlistCreated(const int& plid);
+    void playlistDeleted(const int& plid);
+
+public slots:
+    void on_prepareItemsGroup_finished();
+
+private:
+    // Reads the add position; a mode that is present but names no position
+    // is refused, an absent one appends.
+    void replyCreated(const CMSetDataRequest& request, bool ok, const int& uid, const QString& msg);
+    bool readPosition(const QVariant& mode, const QString& prefix, VexaPlayListAddPosition::Enum* position,
+                      QString& errMsg);
+
+    PlayListWorker* m_worker;
+    PlayListManager* m_manager;
+    QHash<CMRequestGroup*, ReqGroupProperties> m_ReqGroupPropertiesHash;
+};
