@@ -44,8 +44,10 @@ void TimerThread::run()
             continue;
         }
         const auto first = m_due.begin();
-        if (first->first > Clock::now()) {
-            m_cond.wait_until(lock, first->first);
+        // A copy: the entry may be cancelled, and its node freed, while we wait.
+        const Clock::time_point due = first->first;
+        if (due > Clock::now()) {
+            m_cond.wait_until(lock, due);
             continue;
         }
         std::function<void()> fn = std::move(first->second.fn);

@@ -26,23 +26,3 @@ TEST(ApiInput, PathsAreRefusedWhenEmptyPrefixlessEscapingOrCarryingNul)
         EXPECT_FALSE(error.isEmpty());
     }
 }
-
-TEST(ApiInput, NumbersRolesAndBodies)
-{
-    int v = -1;
-    QString error;
-    EXPECT_TRUE(ApiInput::readInt(QStringLiteral("12"), 0, 100, &v, &error));
-    EXPECT_EQ(v, 12);
-    for (const char* bad : {"", "x", "1.5", "-1", "101", "99999999999999999999"})
-        EXPECT_FALSE(ApiInput::readInt(QString::fromLatin1(bad), 0, 100, &v, &error)) << bad;
-
-    EXPECT_EQ(ApiInput::readRoles(QString()), QStringList{QStringLiteral("*")});
-    EXPECT_EQ(ApiInput::readRoles(QStringLiteral("title, path,,type")),
-              (QStringList{QStringLiteral("title"), QStringLiteral("path"), QStringLiteral("type")}));
-
-    QVariantHash object;
-    EXPECT_TRUE(ApiInput::readObject(R"({"path": "a:/b"})", &object, &error));
-    EXPECT_EQ(object.value(QStringLiteral("path")).toString(), QStringLiteral("a:/b"));
-    for (const char* bad : {"", "{", "[1]", "\"text\"", "null", "{\"a\": 1} trailing"})
-        EXPECT_FALSE(ApiInput::readObject(bad, &object, &error)) << bad;
-}

@@ -56,17 +56,3 @@ TEST(ApiRouter, UnknownPathsAre404AndOtherMethods405)
                   .value(QStringLiteral("name")).toString(),
               QStringLiteral("methodNotAllowed"));
 }
-
-TEST(ApiResponse, ModuleErrorsMapToStatusesByName)
-{
-    EXPECT_EQ(ApiResponse::fromError(CMError(CMError::InvalidPathName(), QStringLiteral("t"), TrString(QStringLiteral("m")))).status(), 404);
-    EXPECT_EQ(ApiResponse::fromError(CMError(CMError::BadRequestName(), QStringLiteral("t"), TrString(QStringLiteral("m")))).status(), 400);
-    EXPECT_EQ(ApiResponse::fromError(CMError(CMError::TimeoutName(), QStringLiteral("t"), TrString(QStringLiteral("m")))).status(), 504);
-    const ApiResponse refused = ApiResponse::fromError(CMError(QStringLiteral("plNameEmpty"), QStringLiteral("Rename"), TrString(QStringLiteral("The name is empty"))));
-    EXPECT_EQ(refused.status(), 422);
-    const QVariantHash error = VexaJson::parse(refused.body(), nullptr).toHash().value(QStringLiteral("error")).toHash();
-    EXPECT_EQ(error.value(QStringLiteral("name")).toString(), QStringLiteral("plNameEmpty"));
-    EXPECT_EQ(error.value(QStringLiteral("message")).toString(), QStringLiteral("The name is empty"));
-    // Empty replies are JSON null, not an empty body.
-    EXPECT_EQ(ApiResponse::json(200, QVariant()).body(), QByteArray("null"));
-}

@@ -193,22 +193,13 @@ TEST_F(HostEvents, TwoHundredWaitingLongPollsDoNotHoldUpOtherRequests)
     EXPECT_EQ(woken, kPolls);
 }
 
-TEST_F(HostEvents, StoppingTheHostAnswersWaitingPollsAndEndsStreams)
+TEST_F(HostEvents, StoppingTheHostEndsOpenStreams)
 {
-    const QString id = api().subscribe({{QStringLiteral("value"), kItemLimit}});
+    // (Long polls answered on stopping are checked against the server in
+    // process, where a test can see that a poll is really waiting.)
     EventStreamReader stream;
     ASSERT_TRUE(stream.open(m_host.port(), api().streamTarget(api().subscribe({}))));
-
-    // A connection the host has certainly accepted: it answered on it before.
-    HttpSocket socket;
-    ASSERT_TRUE(socket.connectTo(QStringLiteral("127.0.0.1"), m_host.port()));
-    ASSERT_TRUE(socket.sendAll("GET /api/v1/openapi.json HTTP/1.1\r\nHost: test\r\n\r\n"));
-    ASSERT_EQ(HttpReply::read(socket, QDeadlineTimer(10000)).status, 200);
-    ASSERT_TRUE(socket.sendAll("GET " + api().pollTarget(id, 60).toUtf8() + " HTTP/1.1\r\nHost: test\r\n\r\n"));
-
+    ASSERT_EQ(stream.status(), 200);
     EXPECT_TRUE(m_host.stop()) << "a clean exit: " << m_host.log().constData();
-    const HttpReply poll = HttpReply::read(socket, QDeadlineTimer(10000));
-    EXPECT_EQ(poll.status, 200);
-    EXPECT_EQ(poll.body, QByteArray("[]"));
     EXPECT_TRUE(stream.waitForEnd(10000));
 }
