@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 
 #include <arpa/inet.h>
@@ -13,9 +14,11 @@
 HostProcess::HostProcess(const QStringList& modules, const QStringList& extraArguments)
     : m_extraArguments(extraArguments)
 {
-    for (const QString& module : modules)
-        QFile::link(QStringLiteral(VEXA_TEST_MODULES_DIR) + QLatin1Char('/') + module,
-                    m_modules.path() + QLatin1Char('/') + module);
+    for (const QString& module : modules) {
+        const QString source =
+            QDir::isAbsolutePath(module) ? module : QStringLiteral(VEXA_TEST_MODULES_DIR) + QLatin1Char('/') + module;
+        QFile::link(source, m_modules.path() + QLatin1Char('/') + QFileInfo(module).fileName());
+    }
 }
 
 HostProcess::~HostProcess()

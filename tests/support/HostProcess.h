@@ -14,7 +14,8 @@
 class HostProcess
 {
 public:
-    // modules: file names in the test modules folder, such as "libvexa_testmod.so".
+    // modules: file names in the test modules folder, such as "libvexa_testmod.so",
+    // or absolute paths, such as playlistsModule().
     explicit HostProcess(const QStringList& modules = {QStringLiteral("libvexa_testmod.so")},
                          const QStringList& extraArguments = {});
     ~HostProcess();
@@ -36,6 +37,9 @@ public:
     HttpClient client() const { return HttpClient(m_port); }
     // What the host wrote to its standard error so far.
     QByteArray log() const;
+
+    // The playlists module as the build made it.
+    static QString playlistsModule() { return QStringLiteral(VEXA_PLAYLISTS_MODULE); }
 
     // A loopback port nothing listens on at the moment.
     static quint16 freePort();
