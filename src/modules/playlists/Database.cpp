@@ -549,7 +549,10 @@ int Database::addItemsNextSequenceNumber(const PlayListRecord& record, const Vex
     switch (int(position)) {
     case VexaPlayListAddPosition::Now:
     case VexaPlayListAddPosition::Next:
-        return last < 0 ? getNextSequenceNumber(record) : last + 1;
+        // Removing the last entry while it was the last played one leaves
+        // the play position past the end: new entries then go to the end,
+        // where they keep the numbering dense, rather than beyond it.
+        return last < 0 || last + 1 > record.size ? getNextSequenceNumber(record) : last + 1;
     case VexaPlayListAddPosition::Append:
         return getNextSequenceNumber(record);
     default:

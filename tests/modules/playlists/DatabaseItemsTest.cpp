@@ -76,6 +76,13 @@ TEST_F(DatabaseItemsTest, addingPlacesEntriesByPositionAndLastPlayedIndex)
     EXPECT_EQ(store.entries(pl.uid),
               expectedEntries({"t0", "t1", "n0", "n1", "n2", "t2", "t3", "t4", "x0", "a0"}));
 
+    // A play position past the end (its entry, the last one, was removed)
+    // sends new entries to the end, never beyond it.
+    pl.lastPlayedIndex = 10;
+    EXPECT_EQ(db.addItems(pl, VexaPlayListAddPosition::Now, TestItems::make(1, "p"), &added), 10);
+    pl.size = 11;
+    EXPECT_EQ(db.getNextSequenceNumber(pl), 11);
+
     // An unknown position adds nothing.
     const QStringList before = store.snapshot();
     m_log.clear();
