@@ -55,7 +55,13 @@ const PlayListSignal kPlayListSignals[] = {
 } // namespace
 
 PlayListPlayLogic::PlayListPlayLogic(PlayListWorker* worker, PlayListManager* manager, QObject* /*parent*/)
-    : StreamerPlayLogic(worker->nodes(), VexaPlayListsPlayLogicPath()), m_worker(worker), m_manager(manager)
+    : PlayListPlayLogic(worker->nodes(), manager)
+{
+    m_worker = worker;
+}
+
+PlayListPlayLogic::PlayListPlayLogic(CMNodes* nodes, PlayListManager* manager)
+    : StreamerPlayLogic(nodes, VexaPlayListsPlayLogicPath()), m_manager(manager)
 {
     PLAYLOGIC_ENTER("");
     vexaConnect(m_manager, "2playlistDeleted(int)", this, "1on_playlist_deleted(int)", Qt::AutoConnection);

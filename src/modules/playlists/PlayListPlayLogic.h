@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVector>
 
+class CMNodes;
 class PlayListBase;
 class PlayListManager;
 class PlayListWorker;
@@ -22,6 +23,9 @@ public:
     enum RepeatMode { RepeatNone = 0, RepeatOne = 1, RepeatAll = 2 };
 
     PlayListPlayLogic(PlayListWorker* worker, PlayListManager* manager, QObject* parent);
+    // A play logic registered in nodes of no particular worker: all it needs
+    // of a worker is where its node lives.
+    PlayListPlayLogic(CMNodes* nodes, PlayListManager* manager);
     ~PlayListPlayLogic() override;
 
     VexaPlayLogicPlayModesSupported playModesSupported() override;
@@ -70,7 +74,7 @@ public slots:
     void on_currentPlayList_repeatAllChanged(bool newValue);
 
 private:
-    PlayListWorker* m_worker;
+    PlayListWorker* m_worker = nullptr;
     PlayListManager* m_manager;
     PlayListBase* m_currentPlayList = nullptr;
     bool m_shuffleEnabled = false;
