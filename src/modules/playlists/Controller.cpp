@@ -592,6 +592,13 @@ void Controller::plAddItems(CMSetDataRequest request)
             setReply(request, false, msg);
             return;
         }
+        // Its items would arrive in the list itself, which would then be deleted as their source.
+        if (properties.fromPlid == properties.plid) {
+            msg = buildErrMsg(prefix, CONTROLLER_TR("Cannot add a playlist to itself."), QString());
+            LOG4CPLUS_ERROR(logger(), "Cannot add playlist id: " << properties.plid << " to itself");
+            setReply(request, false, msg);
+            return;
+        }
         for (const VexaPlayListItem& item : source->getItems(0, source->getSize()))
             paths.append(VexaPlayListItemPath().appended(QString::number(item.uid())));
         properties.wholePlaylist = true;

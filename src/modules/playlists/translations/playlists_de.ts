@@ -160,6 +160,10 @@
         <translation>Bitte wählen Sie einen oder mehrere Titel zum Hinzufügen aus.</translation>
     </message>
     <message>
+        <source>Cannot add a playlist to itself.</source>
+        <translation>Eine Wiedergabeliste kann nicht zu sich selbst hinzugefügt werden.</translation>
+    </message>
+    <message>
         <source>No items were added.</source>
         <translation>Es wurden keine Titel hinzugefügt.</translation>
     </message>
