@@ -24,7 +24,10 @@ public:
     static QString To() { return QStringLiteral("to"); }
 
 protected:
-    QString name() const { return stringValue(Name()); }
+    // A name is text: a number or a flag in its place reads as no name at
+    // all, so that it is refused like a missing one instead of turning into
+    // a name such as "5" or "true".
+    QString name() const { return value(Name()).type() == QVariant::String ? stringValue(Name()) : QString(); }
     void setName(const QString& v) { insert(Name(), v); }
     int plid() const { return intValue(Plid(), -1); }
     void setPlid(int v) { insert(Plid(), v); }
