@@ -669,7 +669,7 @@ void Controller::on_prepareItemsGroup_finished()
             LOG4CPLUS_ERROR(logger(), "Playlist id: " << properties.plid << " doesn't exist");
         if (ok && properties.position == VexaPlayListAddPosition::Now) {
             const int last = playlist->getLastSequenceNumber();
-            const int next = last >= 0 ? last + 1 : playlist->getSize() - added;
+            const int next = firstAddedNow(playlist, added);
             LOG4CPLUS_TRACE(logger(), "addMode: now" << " lastSeqNum: " << last << " nextSeqNum: " << next);
             const QList<VexaPlayListItem> items = playlist->getItems(next, next);
             if (items.size() != 1) {
@@ -787,8 +787,7 @@ bool Controller::plAddExternalItems(CMSetDataRequest request, QString& msg)
     }
     LOG4CPLUS_TRACE(logger(), "plsize: " << playlist->getSize());
     if (position == VexaPlayListAddPosition::Now) {
-        const int last = playlist->getLastSequenceNumber();
-        const int next = last >= 0 ? last + 1 : playlist->getSize() - res;
+        const int next = firstAddedNow(playlist, res);
         LOG4CPLUS_TRACE(logger(), "mode: New nextSeqNum: " << next);
         const QList<VexaPlayListItem> started = playlist->getItems(next, next);
         if (started.isEmpty()) {
@@ -855,6 +854,16 @@ void Controller::tryStartItem(const VexaPlayListItem& item, const PlayListBase* 
     LOG4CPLUS_TRACE(logger(), "play item trackRoles: " << trackRoles);
     PlayLogicInterface::playerInstance()->playContainer(containerRoles, trackRoles, seqIndex, 0, false);
     LOG4CPLUS_TRACE(logger(), "playContainer() called");
+}
+
+int Controller::firstAddedNow(const PlayListBase* playlist, int added) const
+{
+    // The store puts entries added "now" after the play position, or at the
+    // end when there is none or it lies past the end (the entry it named, the
+    // last one, was removed).
+    const int last = playlist->getLastSequenceNumber();
+    const int sizeBefore = playlist->getSize() - added;
+    return last >= 0 && last + 1 <= sizeBefore ? last + 1 : sizeBefore;
 }
 
 bool Controller::readPosition(const QVariant& mode, const QString& prefix, VexaPlayListAddPosition::Enum* position,

@@ -85,6 +85,8 @@ private:
     void replyCreated(const CMSetDataRequest& request, bool ok, const int& uid, const QString& msg);
     bool readPosition(const QVariant& mode, const QString& prefix, VexaPlayListAddPosition::Enum* position,
                       QString& errMsg);
+    // The sequence number of the first of added entries just added to playlist with position "now".
+    int firstAddedNow(const PlayListBase* playlist, int added) const;
 
     PlayListWorker* m_worker;
     PlayListManager* m_manager;
