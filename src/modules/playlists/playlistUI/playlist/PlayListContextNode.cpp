@@ -9,6 +9,7 @@
 #include "VexaPaths.h"
 #include "VexaPlayListClAddRemoveItem.h"
 #include "VexaPlayListPlId.h"
+#include "VexaPlayListPlRepeatMode.h"
 #include "VexaPlayListPlSetName.h"
 #include "VexaPlayListPlSetRepeat.h"
 #include "VexaPlayListPlSetShuffle.h"
@@ -114,7 +115,10 @@ bool PlayListContextNode::setDataRequest(const CMSetDataRequest& request)
     } else if (action == QLatin1String("repeat")) {
         VexaPlayListPlSetRepeat record;
         record.setPlid(plid);
-        record.setMode(toggleMode(request));
+        // The row switches repeat-all on and off, but the command's mode 1 is
+        // repeat-one, which leaves repeat-all off: "on" goes out as repeat-all.
+        const QVariant mode = toggleMode(request);
+        record.setMode(mode.toInt() == 1 ? QVariant(int(VexaPlayListPlRepeatMode::All)) : mode);
         invokeCommand(VexaPlayListPlSetRepeatPath(), record, request);
     } else if (action == QLatin1String("delFromCl")) {
         VexaPlayListClAddRemoveItem record;
