@@ -231,6 +231,19 @@ TEST_F(PlaybackApi, addingContentOfTwoModulesKeepsTheOrderOfTheirAnswers)
     EXPECT_EQ(column(kQueue).size(), 4);
 }
 
+TEST_F(PlaybackApi, onlyTitledAudioTracksWithSomethingToPlayGoIn)
+{
+    const auto raw = [](const char* roles) { return QVariantHash{{"vexaRoles", QString::fromUtf8(roles)}}; };
+    const QVariantList items{
+        raw(R"({"title": "Pre", "type": "audio", "mediaData": {"metaData": {"prePlayPath": "testmod:/pre"}}})"),
+        raw(R"({"title": "Folder", "type": "container", "mediaData": {"resources": [{"uri": "test://f"}]}})"),
+        raw(R"({"type": "audio", "mediaData": {"resources": [{"uri": "test://untitled"}]}})"),
+        raw(R"({"title": "Silent", "type": "audio", "mediaData": {"resources": [{"uri": ""}]}})"),
+        item("Ok", 60)};
+    ASSERT_EQ(add(0, "append", items).status, 200);
+    EXPECT_EQ(column(kQueue), QStringList({"Pre", "Ok"}));
+}
+
 TEST_F(PlaybackApi, addingAWholePlaylistMovesItsItemsAndDeletesIt)
 {
     const int source = create("Source");
