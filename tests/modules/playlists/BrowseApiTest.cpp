@@ -189,7 +189,7 @@ TEST_F(BrowseApi, ACollectionListsItsPlaylistsWithTheShortMenuTitle)
     ASSERT_EQ(rows.size(), 2);
     EXPECT_EQ(J::text(rows.at(0)), J::text(R"({"containerPlayable": true, "path": "playlists:/tracks/2", "title": "City", "type": "container",
         "mediaData": {"metaData": {"playLogicPath": "playlists:/playlogic"}},
-        "context": {"title": "Playlist - City", "path": "playlists:/menu/playlist?plid=2", "type": "container", "containerType": "contextMenu"}})"));
+        "context": {"title": "Playlist - City", "path": "playlists:/menu/playlist?plid=2&clid=1", "type": "container", "containerType": "contextMenu"}})"));
     EXPECT_EQ(J::text(rows.at(1).toHash().value(QStringLiteral("path"))), J::text(R"("playlists:/tracks/1")"));
     EXPECT_EQ(J::text(tree().rows(QStringLiteral("playlists:/collection?clid=1"), QStringLiteral("title"), 1, 1).value(QStringLiteral("rows"))),
               J::text(R"([["Road"]])"));

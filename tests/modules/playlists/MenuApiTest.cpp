@@ -155,7 +155,10 @@ TEST_F(MenuApi, PlaylistMenuActionsCloseTheMenuUnlessItShowsTheChange)
     ASSERT_TRUE(tree().addTracks(1, {QStringLiteral("R0"), QStringLiteral("R1")}));
     ASSERT_EQ(tree().createCollection(QStringLiteral("Trips")), 1);
     ASSERT_EQ(command("playlists:/add-to-collection", R"({"clid": 1, "plid": 1})").status, 200);
-    const QString menu = QStringLiteral("playlists:/menu/playlist?plid=1&clid=1");
+    // Opened from the collection's listing, the menu can take the playlist out of it.
+    const QString menu = tree().rowList(QStringLiteral("playlists:/collection?clid=1")).value(0).toHash()
+                             .value(QStringLiteral("context")).toHash().value(QStringLiteral("path")).toString();
+    ASSERT_EQ(tree().rowList(menu).size(), 10) << menu.toStdString();
     const auto entry = [&](int row) { return rowPathAt(tree().rowList(menu), row); };
     const auto toggleValue = [&](int row) {
         return tree().rowList(menu).value(row).toHash().value(QStringLiteral("value")).toHash().value(QStringLiteral("bool_")).toBool();

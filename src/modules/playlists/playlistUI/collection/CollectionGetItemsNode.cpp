@@ -36,9 +36,12 @@ bool CollectionGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
                               VexaRolesType::Container);
         roles.setContainerPlayable(true);
         roles.setMediaData(playLogicMediaData());
+        // The menu names the collection too, so that it can offer to take the
+        // playlist out of it: the menu has no other way to know where it was opened.
         roles.setContext(contextMenuRoles(NODE_TR("Playlist") + QStringLiteral(" - ") + playlist->getName(),
-                                          VexaPlayListPlContextPath().withParam(QStringLiteral("plid"),
-                                                                                toStr(playlist->getUid()))));
+                                          VexaPlayListPlContextPath()
+                                              .withParam(QStringLiteral("plid"), toStr(playlist->getUid()))
+                                              .withParam(QStringLiteral("clid"), toStr(collection->getUid()))));
         appendRow(rows, request, roles);
     }
     sendRowsReply(rows, rows.size(), NODE_TR("Collection - ") + collection->getName(), header, request, true);
