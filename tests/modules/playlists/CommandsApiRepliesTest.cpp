@@ -134,6 +134,24 @@ TEST_F(CommandsApiReplies, EveryCommandAnswersTrueOrTheNewUidAndDoesWhatItSays)
     EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("delete-playlist"), R"({"plid": 2})")));
     EXPECT_EQ(m_pl->rows(QStringLiteral("playlists:/root")), baseline);
     EXPECT_EQ(m_pl->store(), QStringList({"playlists|0|PlayQueue|1|0|-1"}));
+
+    const char* const infoLines[] = {
+        "Playlist id: 1, name: Party created successfully",
+        "Collection id: 1, name: Box created successfully",
+        "Playlist id:1 successfully renamed to: Dinner",
+        "Playlist id:1 set shuffle: 1",
+        "Playlist id:1 set repeat all: 2",
+        "Items in playlist id: 1 moved successfully to position: 3",
+        "Removed 2 items from playlist id: 1",
+        "Playlist id: 2 added to collection id: 1",
+        "Playlist id: 2 removed from collection id: 1",
+        "Items added successfully to playlist id: 0",
+        "Playlist id: 2 cleared successfully",
+        "Collection id: 1 deleted successfully",
+        "Playlist id: 2 deleted successfully",
+    };
+    for (const char* line : infoLines)
+        EXPECT_TRUE(logHasLine(0, QByteArray("INFO  [PlayLists] ") + line)) << "did not log " << line;
 }
 
 // Every check of every command, in the order the checks run: each case
