@@ -653,8 +653,9 @@ void Controller::on_prepareItemsGroup_finished()
     QString addMsg;
     const int added = qMax(0, addItemsFromAllReplays(properties, group, &addMsg));
     LOG4CPLUS_TRACE(logger(), "numItemsAdded: " << added << " addItemsResMsg: " << addMsg);
-    // Adding a whole playlist moves its items: the source goes once anything arrived.
-    if (added > 0 && properties.wholePlaylist)
+    // Adding a whole playlist moves its items: the source goes once anything
+    // arrived. The play queue cannot go, so merging it into a playlist copies.
+    if (added > 0 && properties.wholePlaylist && properties.fromPlid != 0)
         m_manager->deletePlayList(properties.fromPlid);
 
     QString msg;

@@ -330,6 +330,9 @@ TEST_F(MenuApi, MergingAddsTheWholeSourceThroughBothChoosers)
                           "path": "playlists:/menu/add-to-playlist?action=cmnode&plid=0&fromplid=0"})"));
     EXPECT_TRUE(closes(merge(QStringLiteral("playlists:/menu/queue?plid=0"), 1), "playlists:/menu/add-mode"));
     EXPECT_EQ(J::text(titles(QStringLiteral("playlists:/tracks/2")).mid(4)), J::text((QStringList{QStringLiteral("Q0"), QStringLiteral("Q1")})));
+    // The queue cannot be deleted: merging it copies, and nothing tries to delete it.
+    EXPECT_EQ(J::text(titles(QStringLiteral("playlists:/queue"))), J::text((QStringList{QStringLiteral("Q0"), QStringLiteral("Q1")})));
+    EXPECT_FALSE(m_host.log().contains("Error deleting PlayList")) << m_host.log().toStdString();
 }
 
 TEST_F(MenuApi, TheCollectionChooserKeepsItsCreateOpenAndTheCollectionMenuDeletes)
