@@ -1,87 +1,62 @@
+#include "Controller.h"
 #include "PlaylistsApi.h"
 
-#include <QDeadlineTimer>
-#include <QThread>
-
-#include <memory>
-
-#include <gtest/gtest.h>
+#include <QRegularExpression>
 
 namespace {
 
-// The real host with the playlists module, and the test module whose
-// prepare-items answers the add-items command; logs at INFO so that the
-// module's ERROR lines can be checked.
-class CommandsApiReplies : public ::testing::Test
+// Logging at INFO, so that the module's INFO and ERROR lines can be checked.
+class CommandsApiReplies : public PlaylistsHostTest
 {
 protected:
-    void SetUp() override
-    {
-        QString error;
-        ASSERT_TRUE(m_host.start(&error)) << error.toStdString();
-        m_pl = std::make_unique<PlaylistsApi>(m_host);
-    }
+    CommandsApiReplies() : PlaylistsHostTest({"--time-scale", "1000", "--log-level", "INFO"}) {}
 
+    ::testing::AssertionResult ok(const char* command, const char* value) const
+    {
+        return PlaylistsApi::answeredTrue(m_pl.command(command, value));
+    }
     // The store rows of one table, such as "playlists|1|Party|0|0|-1".
-    QStringList storeRows(const QString& table) const
-    {
-        QStringList rows;
-        for (const QString& row : m_pl->store()) {
-            if (row.startsWith(table + QLatin1Char('|')))
-                rows.append(row);
-        }
-        return rows;
-    }
-
-    // Waits a little for a line the host writes after the fact.
-    bool logHasLine(int from, const QByteArray& line) const
-    {
-        const QDeadlineTimer deadline(3000);
-        do {
-            if (m_host.log().indexOf(line + '\n', from) >= 0)
-                return true;
-            QThread::msleep(20);
-        } while (!deadline.hasExpired());
-        return false;
-    }
-
-    HostProcess m_host{{HostProcess::playlistsModule(), QStringLiteral("libvexa_testmod.so")},
-                       {QStringLiteral("--time-scale"), QStringLiteral("1000"), QStringLiteral("--log-level"),
-                        QStringLiteral("INFO")}};
-    // Made once the host listens.
-    std::unique_ptr<PlaylistsApi> m_pl;
+    QStringList storeRows(const QString& table) const { return m_pl.store().filter(QRegularExpression("^" + table + "\\|")); }
 };
 
 } // namespace
 
+// Success texts never leave the module, so their form is checked here. Parts
+// that hold markers of their own ("%1") must come through as they are.
+TEST(CommandsApiMessageFormat, ErrorsJoinWithBlanksAndSuccessesPutTheirDetailInBrackets)
+{
+    Controller controller(nullptr, nullptr);
+    EXPECT_EQ(controller.buildErrMsg("A.", "B.", QString()), "A. B.");
+    EXPECT_EQ(controller.buildErrMsg("A.", "B.", "7"), "A. B. (7)");
+    EXPECT_EQ(controller.buildOkMsg("Done.", "Party", QString()), "Done. (Party)");
+    EXPECT_EQ(controller.buildOkMsg("Done.", "Party", "3"), "Done. Party (3)");
+    EXPECT_EQ(controller.buildErrMsg("%2", "%1", "%3"), "%2 %1 (%3)");
+    EXPECT_EQ(controller.buildOkMsg("%2", "%1%", QString()), "%2 (%1%)");
+}
+
 TEST_F(CommandsApiReplies, EveryCommandAnswersTrueOrTheNewUidAndDoesWhatItSays)
 {
-    const QStringList baseline = m_pl->rows(QStringLiteral("playlists:/root"));
-    ASSERT_EQ(baseline,
-              QStringList({"PlayQueue|playlists:/queue", "Playlists|", "Create New Playlist|playlists:/root?action=createPl",
-                           "Collections|", "Create New Collection|playlists:/root?action=createCl"}));
+    const QStringList baseline = m_pl.titlesAndPaths("playlists:/root");
+    ASSERT_EQ(baseline, QStringList({"PlayQueue|playlists:/queue", "Playlists|", "Create New Playlist|playlists:/root?action=createPl",
+                                     "Collections|", "Create New Collection|playlists:/root?action=createCl"}));
 
-    const HttpReply created = m_pl->command(QStringLiteral("create-playlist"), R"({"name": "Party"})");
-    EXPECT_TRUE(PlaylistsApi::answered(created, ApiCalls::i32(1)));
-    EXPECT_EQ(m_pl->create(QStringLiteral("create-playlist"), QStringLiteral("Second")), 2);
-    const HttpReply collection = m_pl->command(QStringLiteral("create-collection"), R"({"name": "Box"})");
-    EXPECT_TRUE(PlaylistsApi::answered(collection, ApiCalls::i32(1)));
-    EXPECT_TRUE(m_pl->rows(QStringLiteral("playlists:/root")).contains(QStringLiteral("Box|playlists:/collection?clid=1")));
+    EXPECT_TRUE(PlaylistsApi::answered(m_pl.command("create-playlist", R"({"name": "Party"})"), ApiCalls::i32(1)));
+    EXPECT_EQ(m_pl.createPlaylist("Second"), 2);
+    EXPECT_TRUE(PlaylistsApi::answered(m_pl.command("create-collection", R"({"name": "Box"})"), ApiCalls::i32(1)));
+    EXPECT_TRUE(m_pl.titlesAndPaths("playlists:/root").contains("Box|playlists:/collection?clid=1"));
 
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("rename-playlist"), R"({"plid": "1", "name": "Dinner"})")));
-    EXPECT_EQ(m_pl->rows(QStringLiteral("playlists:/root")).mid(3, 2),
-              QStringList({"Dinner|playlists:/tracks/1", "Second|playlists:/tracks/2"}));
-
-    ASSERT_TRUE(m_pl->addTracks(1, {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")}));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/tracks/1")), QStringList({"a", "b", "c", "d"}));
+    EXPECT_TRUE(ok("rename-playlist", R"({"plid": "1", "name": "Dinner"})"));
+    EXPECT_EQ(m_pl.titlesAndPaths("playlists:/root").mid(3, 2), QStringList({"Dinner|playlists:/tracks/1", "Second|playlists:/tracks/2"}));
+    ASSERT_TRUE(m_pl.addTracks(1, {"a", "b", "c", "d"}));
 
     // Modes arrive as numbers, as decimal text or by name; repeat mode 3 is
-    // accepted and turns repeat-all off.
+    // accepted and turns repeat-all off. The stored row of playlist 1 after
+    // each: uid|name|shuffle|repeatAll|lastPlayedIndex.
     const struct
     {
         const char* command;
         const char* value;
-        const char* stored; // playlists row of playlist 1 afterwards: uid|name|shuffle|repeatAll|lastPlayedIndex
+        const char* stored;
     } modes[] = {
         {"set-shuffle", R"({"plid": 1, "mode": "on"})", "playlists|1|Dinner|1|0|"},
         {"set-shuffle", R"({"plid": 1, "mode": 0})", "playlists|1|Dinner|0|0|"},
@@ -92,66 +67,52 @@ TEST_F(CommandsApiReplies, EveryCommandAnswersTrueOrTheNewUidAndDoesWhatItSays)
         {"set-repeat", R"({"plid": 1, "mode": "one"})", "playlists|1|Dinner|1|0|"},
     };
     for (const auto& m : modes) {
-        EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QLatin1String(m.command), m.value))) << m.value;
-        const QStringList row = storeRows(QStringLiteral("playlists")).filter(QStringLiteral("playlists|1|"));
-        EXPECT_TRUE(row.size() == 1 && row.first().startsWith(QLatin1String(m.stored))) << m.value << " " << row.join(' ').toStdString();
+        EXPECT_TRUE(ok(m.command, m.value)) << m.value;
+        const QStringList row = storeRows("playlists").filter("playlists|1|");
+        EXPECT_TRUE(row.size() == 1 && row.first().startsWith(m.stored)) << m.value << " " << row.join(' ').toStdString();
     }
     // The play queue takes the modes like any playlist.
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("set-shuffle"), R"({"plid": 0, "mode": 1})")));
+    EXPECT_TRUE(ok("set-shuffle", R"({"plid": 0, "mode": 1})"));
 
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("move-items"), R"({"plid": 1, "items": [3], "to": 0})")));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/tracks/1")), QStringList({"d", "a", "b", "c"}));
+    EXPECT_TRUE(ok("move-items", R"({"plid": 1, "items": [3], "to": 0})"));
+    EXPECT_EQ(m_pl.titles("playlists:/tracks/1"), QStringList({"d", "a", "b", "c"}));
     // The last position is a valid target.
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("move-items"), R"({"plid": 1, "items": ["0"], "to": 3})")));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/tracks/1")), QStringList({"a", "b", "c", "d"}));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("remove-items"), R"({"plid": 1, "items": [2, 0]})")));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/tracks/1")), QStringList({"b", "d"}));
+    EXPECT_TRUE(ok("move-items", R"({"plid": 1, "items": ["0"], "to": 3})"));
+    EXPECT_EQ(m_pl.titles("playlists:/tracks/1"), QStringList({"a", "b", "c", "d"}));
+    EXPECT_TRUE(ok("remove-items", R"({"plid": 1, "items": [2, 0]})"));
+    EXPECT_EQ(m_pl.titles("playlists:/tracks/1"), QStringList({"b", "d"}));
 
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("add-to-collection"), R"({"clid": 1, "plid": 2})")));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("add-to-collection"), R"({"clid": 1, "plid": 1})")));
-    EXPECT_EQ(storeRows(QStringLiteral("collections_playlists")),
-              QStringList({"collections_playlists|1|1", "collections_playlists|1|2"}));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("remove-from-collection"), R"({"clid": 1, "plid": 2})")));
-    EXPECT_EQ(storeRows(QStringLiteral("collections_playlists")), QStringList({"collections_playlists|1|1"}));
+    EXPECT_TRUE(ok("add-to-collection", R"({"clid": 1, "plid": 2})"));
+    EXPECT_TRUE(ok("add-to-collection", R"({"clid": 1, "plid": 1})"));
+    EXPECT_EQ(storeRows("collections_playlists"), QStringList({"collections_playlists|1|1", "collections_playlists|1|2"}));
+    EXPECT_TRUE(ok("remove-from-collection", R"({"clid": 1, "plid": 2})"));
+    EXPECT_EQ(storeRows("collections_playlists"), QStringList({"collections_playlists|1|1"}));
 
     // Content of another module arrives through its prepare-items.
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(
-        m_pl->command(QStringLiteral("add-items"), R"({"plid": 2, "items": ["testmod:/x", "testmod:/y"]})")));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/tracks/2")), QStringList({"Track testmod:/x", "Track testmod:/y"}));
+    EXPECT_TRUE(ok("add-items", R"({"plid": 2, "items": ["testmod:/x", "testmod:/y"]})"));
+    EXPECT_EQ(m_pl.titles("playlists:/tracks/2"), QStringList({"Track testmod:/x", "Track testmod:/y"}));
 
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("play-playlist"), R"({"plid": 2})")));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("add-external-items"),
-                                                        QVariantHash{{QStringLiteral("plid"), 0},
-                                                                     {QStringLiteral("items"), QVariantList{PlaylistsApi::track(QStringLiteral("q"))}}})));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/queue")), QStringList({"q"}));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("clear-playlist"), R"({"plid": 0})")));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("clear-playlist"), R"({"plid": 2})")));
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/tracks/2")), QStringList());
-    EXPECT_EQ(m_pl->titles(QStringLiteral("playlists:/queue")), QStringList());
+    EXPECT_TRUE(ok("play-playlist", R"({"plid": 2})"));
+    ASSERT_TRUE(m_pl.addTracks(0, {"q"}));
+    EXPECT_EQ(m_pl.titles("playlists:/queue"), QStringList({"q"}));
+    EXPECT_TRUE(ok("clear-playlist", R"({"plid": 0})"));
+    EXPECT_TRUE(ok("clear-playlist", R"({"plid": 2})"));
+    EXPECT_EQ(m_pl.titles("playlists:/tracks/2"), QStringList());
+    EXPECT_EQ(m_pl.titles("playlists:/queue"), QStringList());
 
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("delete-collection"), R"({"clid": 1})")));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("delete-playlist"), R"({"plid": 1})")));
-    EXPECT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("delete-playlist"), R"({"plid": 2})")));
-    EXPECT_EQ(m_pl->rows(QStringLiteral("playlists:/root")), baseline);
-    EXPECT_EQ(m_pl->store(), QStringList({"playlists|0|PlayQueue|1|0|-1"}));
+    EXPECT_TRUE(ok("delete-collection", R"({"clid": 1})"));
+    EXPECT_TRUE(ok("delete-playlist", R"({"plid": 1})"));
+    EXPECT_TRUE(ok("delete-playlist", R"({"plid": 2})"));
+    EXPECT_EQ(m_pl.titlesAndPaths("playlists:/root"), baseline);
+    EXPECT_EQ(m_pl.store(), QStringList({"playlists|0|PlayQueue|1|0|-1"}));
 
-    const char* const infoLines[] = {
-        "Playlist id: 1, name: Party created successfully",
-        "Collection id: 1, name: Box created successfully",
-        "Playlist id:1 successfully renamed to: Dinner",
-        "Playlist id:1 set shuffle: 1",
-        "Playlist id:1 set repeat all: 2",
-        "Items in playlist id: 1 moved successfully to position: 3",
-        "Removed 2 items from playlist id: 1",
-        "Playlist id: 2 added to collection id: 1",
-        "Playlist id: 2 removed from collection id: 1",
-        "Items added successfully to playlist id: 0",
-        "Playlist id: 2 cleared successfully",
-        "Collection id: 1 deleted successfully",
-        "Playlist id: 2 deleted successfully",
-    };
-    for (const char* line : infoLines)
-        EXPECT_TRUE(logHasLine(0, QByteArray("INFO  [PlayLists] ") + line)) << "did not log " << line;
+    for (const char* line : {"Playlist id: 1, name: Party created successfully", "Collection id: 1, name: Box created successfully",
+                             "Playlist id:1 successfully renamed to: Dinner", "Playlist id:1 set shuffle: 1", "Playlist id:1 set repeat all: 2",
+                             "Items in playlist id: 1 moved successfully to position: 3", "Removed 2 items from playlist id: 1",
+                             "Playlist id: 2 added to collection id: 1", "Playlist id: 2 removed from collection id: 1",
+                             "Items added successfully to playlist id: 0", "Playlist id: 2 cleared successfully",
+                             "Collection id: 1 deleted successfully", "Playlist id: 2 deleted successfully"})
+        EXPECT_TRUE(logHas(0, QByteArray("INFO  [PlayLists] ") + line + '\n')) << "did not log " << line;
 }
 
 // Every check of every command, in the order the checks run: each case
@@ -159,163 +120,95 @@ TEST_F(CommandsApiReplies, EveryCommandAnswersTrueOrTheNewUidAndDoesWhatItSays)
 // answers another text. None of them may change anything.
 TEST_F(CommandsApiReplies, RefusalsNameTheFirstFailedCheckAndChangeNothing)
 {
-    ASSERT_EQ(m_pl->create(QStringLiteral("create-playlist"), QStringLiteral("Party")), 1);
-    ASSERT_EQ(m_pl->create(QStringLiteral("create-playlist"), QStringLiteral("Quiet")), 2);
-    ASSERT_EQ(m_pl->create(QStringLiteral("create-collection"), QStringLiteral("Box")), 1);
-    ASSERT_TRUE(m_pl->addTracks(1, {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
-    ASSERT_TRUE(PlaylistsApi::answeredTrue(m_pl->command(QStringLiteral("add-to-collection"), R"({"clid": 1, "plid": 1})")));
-    const QStringList before = m_pl->state();
+    ASSERT_EQ(m_pl.createPlaylist("Party"), 1);
+    ASSERT_EQ(m_pl.createPlaylist("Quiet"), 2);
+    ASSERT_EQ(m_pl.createCollection("Box"), 1);
+    ASSERT_TRUE(m_pl.addTracks(1, {"a", "b", "c"}));
+    ASSERT_TRUE(ok("add-to-collection", R"({"clid": 1, "plid": 1})"));
+    const QStringList before = m_pl.state();
 
     const struct
     {
         const char* command;
         const char* value;
         const char* message;
-        const char* logLine; // the ERROR line the refusal writes, if any
+        const char* logLine = ""; // the ERROR line the refusal writes, if any
     } cases[] = {
-        {"create-playlist", R"({})", "Could not create playlist. Please provide a non-empty string as field. (name)",
-         "Cannot create playlist with empty name"},
-        {"create-playlist", R"({"name": ""})", "Could not create playlist. Please provide a non-empty string as field. (name)", ""},
-        {"create-collection", R"({"name": ""})",
-         "Could not create collection. Please provide a non-empty string as field. (name)",
-         "Cannot create collection with empty name"},
-        {"delete-collection", R"({"clid": 99})", "Could not delete collection. There is no collection with this ID. (99)",
-         "Unable to find collection id: 99"},
-        {"delete-collection", R"({})", "Could not delete collection. There is no collection with this ID. (-1)", ""},
-
-        {"rename-playlist", R"({"plid": -1, "name": ""})", "Could not set playlist name. Cannot find playlist with invalid ID. (-1)",
-         "Cannot rename playlist id: -1"},
-        {"rename-playlist", R"({"plid": 0, "name": ""})", "Could not set playlist name. Cannot rename PlayQueue.",
-         "Cannot rename playqueue"},
-        {"rename-playlist", R"({"plid": 99, "name": ""})",
-         "Could not set playlist name. Please provide a non-empty string as field. (name)",
-         "Cannot rename playlist id:99 to empty string"},
-        {"rename-playlist", R"({"plid": 99, "name": "X"})", "Could not set playlist name. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-        {"rename-playlist", R"({"plid": -7, "name": "X"})", "Could not set playlist name. There is no playlist with this ID. (-7)",
-         "There is no playlist with ID : -7"},
-
-        {"set-shuffle", R"({"plid": -1, "mode": 7})",
-         "Could not set shuffle mode on playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot set shuffle for invalid playlist id: -1"},
-        {"set-shuffle", R"({"plid": 99, "mode": 2})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)",
-         "Cannot set shuffle mode: 2"},
-        {"set-shuffle", R"({"plid": 1, "mode": "3"})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)", ""},
-        {"set-shuffle", R"({"plid": 1, "mode": "all"})",
-         "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)", ""},
-        {"set-shuffle", R"({"plid": 1})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)", ""},
-        {"set-shuffle", R"({"plid": 99, "mode": 1})", "Could not set shuffle mode on playlist. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-        {"set-repeat", R"({"plid": -1, "mode": 4})", "Could not set repeat mode on playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot set repeat for invalid playlist id: -1"},
-        {"set-repeat", R"({"plid": 99, "mode": 4})", "Could not set repeat mode on playlist. Invalid repeat mode. (repeat-mode)",
-         "Cannot set repeat mode: 4"},
-        {"set-repeat", R"({"plid": 1, "mode": "sometimes"})", "Could not set repeat mode on playlist. Invalid repeat mode. (repeat-mode)", ""},
-        {"set-repeat", R"({"plid": 99, "mode": "3"})", "Could not set repeat mode on playlist. There is no playlist with this ID. (99)", ""},
-
-        {"delete-playlist", R"({"plid": -1})", "Could not delete playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot delete invalid playlist id: -1"},
+        {"create-playlist", R"({})", "Could not create playlist. Please provide a non-empty string as field. (name)", "Cannot create playlist with empty name"},
+        {"create-playlist", R"({"name": ""})", "Could not create playlist. Please provide a non-empty string as field. (name)"},
+        {"create-collection", R"({"name": ""})", "Could not create collection. Please provide a non-empty string as field. (name)", "Cannot create collection with empty name"},
+        {"delete-collection", R"({"clid": 99})", "Could not delete collection. There is no collection with this ID. (99)", "Unable to find collection id: 99"},
+        {"delete-collection", R"({})", "Could not delete collection. There is no collection with this ID. (-1)"},
+        {"rename-playlist", R"({"plid": -1, "name": ""})", "Could not set playlist name. Cannot find playlist with invalid ID. (-1)", "Cannot rename playlist id: -1"},
+        {"rename-playlist", R"({"plid": 0, "name": ""})", "Could not set playlist name. Cannot rename PlayQueue.", "Cannot rename playqueue"},
+        {"rename-playlist", R"({"plid": 99, "name": ""})", "Could not set playlist name. Please provide a non-empty string as field. (name)", "Cannot rename playlist id:99 to empty string"},
+        {"rename-playlist", R"({"plid": 99, "name": "X"})", "Could not set playlist name. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"rename-playlist", R"({"plid": -7, "name": "X"})", "Could not set playlist name. There is no playlist with this ID. (-7)", "There is no playlist with ID : -7"},
+        {"set-shuffle", R"({"plid": -1, "mode": 7})", "Could not set shuffle mode on playlist. Cannot find playlist with invalid ID. (-1)", "Cannot set shuffle for invalid playlist id: -1"},
+        {"set-shuffle", R"({"plid": 99, "mode": 2})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)", "Cannot set shuffle mode: 2"},
+        {"set-shuffle", R"({"plid": 1, "mode": "3"})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)"},
+        {"set-shuffle", R"({"plid": 1, "mode": "all"})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)"},
+        {"set-shuffle", R"({"plid": 1})", "Could not set shuffle mode on playlist. Invalid shuffle mode. (shuffle-mode)"},
+        {"set-shuffle", R"({"plid": 99, "mode": 1})", "Could not set shuffle mode on playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"set-repeat", R"({"plid": -1, "mode": 4})", "Could not set repeat mode on playlist. Cannot find playlist with invalid ID. (-1)", "Cannot set repeat for invalid playlist id: -1"},
+        {"set-repeat", R"({"plid": 99, "mode": 4})", "Could not set repeat mode on playlist. Invalid repeat mode. (repeat-mode)", "Cannot set repeat mode: 4"},
+        {"set-repeat", R"({"plid": 1, "mode": "sometimes"})", "Could not set repeat mode on playlist. Invalid repeat mode. (repeat-mode)"},
+        {"set-repeat", R"({"plid": 99, "mode": "3"})", "Could not set repeat mode on playlist. There is no playlist with this ID. (99)"},
+        {"delete-playlist", R"({"plid": -1})", "Could not delete playlist. Cannot find playlist with invalid ID. (-1)", "Cannot delete invalid playlist id: -1"},
         {"delete-playlist", R"({"plid": 0})", "Could not delete playlist. Cannot delete PlayQueue.", "Cannot delete playqueue"},
-        {"delete-playlist", R"({"plid": 99})", "Could not delete playlist. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-
-        {"add-to-collection", R"({"clid": 99, "plid": -1})",
-         "Could not add items to collection. Cannot find playlist with invalid ID. (-1)", "Cannot find playlist with invalid ID : -1"},
-        {"add-to-collection", R"({"clid": 99, "plid": 99})", "Could not add items to collection. There is no collection with this ID. (99)",
-         "Collection id: 99doesn't exist"},
-        {"add-to-collection", R"({"clid": 1, "plid": 99})", "Could not add items to collection. There is no playlist with this ID. (99)",
-         "Unable to add playList to collection, playlist id: 99 doesn't exist"},
-        {"add-to-collection", R"({"clid": 1, "plid": 1})", "Could not add items to collection. Add playlist to collection failed.",
-         "Unable to add playList id: 1 to collection id: 1"},
-        {"remove-from-collection", R"({"clid": 99, "plid": -1})",
-         "Could not remove items from collection. Cannot find playlist with invalid ID. (-1)", ""},
-        {"remove-from-collection", R"({"clid": 99, "plid": 99})",
-         "Could not remove items from collection. There is no collection with this ID. (99)", "Collection id: 99doesn't exist"},
-        {"remove-from-collection", R"({"clid": 1, "plid": 99})",
-         "Could not remove items from collection. There is no playlist with this ID. (99)",
-         "Unable to remove playList from collection, playlist id: 99 doesn't exist"},
-        {"remove-from-collection", R"({"clid": 1, "plid": 2})",
-         "Could not remove items from collection. Remove playlist from collection failed.",
-         "Unable to remove playList, id: 2 from collection id: 1"},
-
-        {"clear-playlist", R"({"plid": -1})", "Could not clear playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot clear items from invalid playlist id: -1"},
-        {"clear-playlist", R"({"plid": 99})", "Could not clear playlist. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-
-        {"move-items", R"({"plid": -1, "items": [], "to": -1})",
-         "Could not move items in playlist. Cannot find playlist with invalid ID. (-1)", "Cannot move items in invalid playlist id: -1"},
-        {"move-items", R"({"plid": 99, "items": [], "to": -1})", "Could not move items in playlist. Please select one or more items to move.",
-         "Please select one or more items to move in playlist id: 99"},
-        {"move-items", R"({"plid": 99, "items": [0], "to": -1})", "Could not move items in playlist. Cannot move items to negative position.",
-         "Cannot move items to negative position in playlist id: 99"},
-        {"move-items", R"({"plid": 99, "items": [0]})", "Could not move items in playlist. Cannot move items to negative position.", ""},
-        {"move-items", R"({"plid": 99, "items": [9], "to": 9})", "Could not move items in playlist. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-        {"move-items", R"({"plid": 1, "items": [0], "to": 3})",
-         "Could not move items in playlist. Cannot move items, sequence number is not in valid range.",
-         "Cannot move items, sequence number is not in valid range"},
-        {"move-items", R"({"plid": 1, "items": [3], "to": 0})",
-         "Could not move items in playlist. Cannot move items, sequence number is not in valid range.", ""},
+        {"delete-playlist", R"({"plid": 99})", "Could not delete playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"add-to-collection", R"({"clid": 99, "plid": -1})", "Could not add items to collection. Cannot find playlist with invalid ID. (-1)", "Cannot find playlist with invalid ID : -1"},
+        {"add-to-collection", R"({"clid": 99, "plid": 99})", "Could not add items to collection. There is no collection with this ID. (99)", "Collection id: 99doesn't exist"},
+        {"add-to-collection", R"({"clid": 1, "plid": 99})", "Could not add items to collection. There is no playlist with this ID. (99)", "Unable to add playList to collection, playlist id: 99 doesn't exist"},
+        {"add-to-collection", R"({"clid": 1, "plid": 1})", "Could not add items to collection. Add playlist to collection failed.", "Unable to add playList id: 1 to collection id: 1"},
+        {"remove-from-collection", R"({"clid": 99, "plid": -1})", "Could not remove items from collection. Cannot find playlist with invalid ID. (-1)"},
+        {"remove-from-collection", R"({"clid": 99, "plid": 99})", "Could not remove items from collection. There is no collection with this ID. (99)", "Collection id: 99doesn't exist"},
+        {"remove-from-collection", R"({"clid": 1, "plid": 99})", "Could not remove items from collection. There is no playlist with this ID. (99)", "Unable to remove playList from collection, playlist id: 99 doesn't exist"},
+        {"remove-from-collection", R"({"clid": 1, "plid": 2})", "Could not remove items from collection. Remove playlist from collection failed.", "Unable to remove playList, id: 2 from collection id: 1"},
+        {"clear-playlist", R"({"plid": -1})", "Could not clear playlist. Cannot find playlist with invalid ID. (-1)", "Cannot clear items from invalid playlist id: -1"},
+        {"clear-playlist", R"({"plid": 99})", "Could not clear playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"move-items", R"({"plid": -1, "items": [], "to": -1})", "Could not move items in playlist. Cannot find playlist with invalid ID. (-1)", "Cannot move items in invalid playlist id: -1"},
+        {"move-items", R"({"plid": 99, "items": [], "to": -1})", "Could not move items in playlist. Please select one or more items to move.", "Please select one or more items to move in playlist id: 99"},
+        {"move-items", R"({"plid": 99, "items": [0], "to": -1})", "Could not move items in playlist. Cannot move items to negative position.", "Cannot move items to negative position in playlist id: 99"},
+        {"move-items", R"({"plid": 99, "items": [0]})", "Could not move items in playlist. Cannot move items to negative position."},
+        {"move-items", R"({"plid": 99, "items": [9], "to": 9})", "Could not move items in playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"move-items", R"({"plid": 1, "items": [0], "to": 3})", "Could not move items in playlist. Cannot move items, sequence number is not in valid range.", "Cannot move items, sequence number is not in valid range"},
+        {"move-items", R"({"plid": 1, "items": [3], "to": 0})", "Could not move items in playlist. Cannot move items, sequence number is not in valid range."},
         // Towards the back the third position would be paired with target -1.
-        {"move-items", R"({"plid": 1, "items": [0, 2, 1], "to": 1})",
-         "Could not move items in playlist. Cannot move items, sequence number is not in valid range.", ""},
-        {"move-items", R"({"plid": 1, "items": [0, "x"], "to": 1})", "Could not move items in playlist. Please select one or more items to move.", ""},
-
-        {"remove-items", R"({"plid": -1, "items": []})", "Could not remove items from playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot delete items from invalid playlist id: -1"},
-        {"remove-items", R"({"plid": 99, "items": []})", "Could not remove items from playlist. Please select one or more items to remove.",
-         "Cannot delete zero items from playlist id: 99"},
-        {"remove-items", R"({"plid": 99, "items": [0]})", "Could not remove items from playlist. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-        {"remove-items", R"({"plid": 1, "items": [3, 4]})", "Could not remove items from playlist. Remove items failed",
-         "Remove items from playlist id: 1 failed"},
+        {"move-items", R"({"plid": 1, "items": [0, 2, 1], "to": 1})", "Could not move items in playlist. Cannot move items, sequence number is not in valid range."},
+        {"move-items", R"({"plid": 1, "items": [0, "x"], "to": 1})", "Could not move items in playlist. Please select one or more items to move."},
+        {"remove-items", R"({"plid": -1, "items": []})", "Could not remove items from playlist. Cannot find playlist with invalid ID. (-1)", "Cannot delete items from invalid playlist id: -1"},
+        {"remove-items", R"({"plid": 99, "items": []})", "Could not remove items from playlist. Please select one or more items to remove.", "Cannot delete zero items from playlist id: 99"},
+        {"remove-items", R"({"plid": 99, "items": [0]})", "Could not remove items from playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"remove-items", R"({"plid": 1, "items": [3, 4]})", "Could not remove items from playlist. Remove items failed", "Remove items from playlist id: 1 failed"},
         // A list that is partly outside, or names an entry twice, removes nothing.
-        {"remove-items", R"({"plid": 1, "items": [0, 3]})", "Could not remove items from playlist. Remove items failed", ""},
-        {"remove-items", R"({"plid": 1, "items": [1, 1]})", "Could not remove items from playlist. Remove items failed", ""},
-
-        {"play-playlist", R"({"plid": -1})", "Could not start playback on playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot play invalid playlist id: -1"},
-        {"play-playlist", R"({"plid": 99})", "Could not start playback on playlist. There is no playlist with this ID. (99)",
-         "Playlist id: 99 doesn't exist"},
-        {"play-playlist", R"({"plid": 0})", "Could not start playback on playlist. There are no items in the playlist. (PlayQueue)", ""},
-        {"play-playlist", R"({"plid": 2})", "Could not start playback on playlist. There are no items in the playlist. (Quiet)", ""},
-
-        {"add-external-items", R"({"plid": -1, "mode": "sideways", "items": []})",
-         "Could not add external items to playlist. Cannot find playlist with invalid ID. (-1)",
-         "Cannot add items to invalid playlist id: -1"},
-        {"add-external-items", R"({"plid": 99, "mode": "sideways", "items": []})",
-         "Could not add external items to playlist. Invalid add mode. (mode)", ""},
-        {"add-external-items", R"({"plid": 99, "mode": 3, "items": []})", "Could not add external items to playlist. Invalid add mode. (mode)", ""},
-        {"add-external-items", R"({"plid": 99, "mode": "next", "items": []})",
-         "Could not add external items to playlist. Please select one or more items to add.", "Cannot add zero items to playlist id: 99"},
-        {"add-external-items", R"({"plid": 99, "items": [{"vexaRoles": "{}"}]})",
-         "Could not add external items to playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
-        {"add-external-items", R"({"plid": 1, "items": [{"vexaRoles": "{\"title\": \"t\"}"}, {"title": "u"}]})",
-         "Could not add external items to playlist. No items were added. (No playitem found.)", ""},
-
-        {"add-items", R"({"plid": -1, "fromPlid": 99})", "Could not add items to playlist. There is no playlist with this ID. (99)",
-         "There is no playlist with ID : 99"},
-        {"add-items", R"({"plid": -1, "fromPlid": 2})", "Could not add items to playlist. Cannot find playlist with invalid ID. (-1)", ""},
-        {"add-items", R"({"plid": 1, "items": ["testmod:/x"], "mode": "later"})", "Could not add items to playlist. Invalid add mode. (mode)", ""},
-        {"add-items", R"({"plid": 1, "fromPlid": 2})", "Could not add items to playlist. Please select one or more items to add.",
-         "There isn't any items to add to playlist id: 1"},
-        {"add-items", R"({"plid": 99, "items": ["testmod:/x"]})",
-         "Could not add items to playlist. No items were added. (There is no playlist with this ID. (99))", ""},
+        {"remove-items", R"({"plid": 1, "items": [0, 3]})", "Could not remove items from playlist. Remove items failed"},
+        {"remove-items", R"({"plid": 1, "items": [1, 1]})", "Could not remove items from playlist. Remove items failed"},
+        {"play-playlist", R"({"plid": -1})", "Could not start playback on playlist. Cannot find playlist with invalid ID. (-1)", "Cannot play invalid playlist id: -1"},
+        {"play-playlist", R"({"plid": 99})", "Could not start playback on playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"play-playlist", R"({"plid": 0})", "Could not start playback on playlist. There are no items in the playlist. (PlayQueue)"},
+        {"play-playlist", R"({"plid": 2})", "Could not start playback on playlist. There are no items in the playlist. (Quiet)"},
+        {"add-external-items", R"({"plid": -1, "mode": "sideways", "items": []})", "Could not add external items to playlist. Cannot find playlist with invalid ID. (-1)", "Cannot add items to invalid playlist id: -1"},
+        {"add-external-items", R"({"plid": 99, "mode": "sideways", "items": []})", "Could not add external items to playlist. Invalid add mode. (mode)"},
+        {"add-external-items", R"({"plid": 99, "mode": 3, "items": []})", "Could not add external items to playlist. Invalid add mode. (mode)"},
+        {"add-external-items", R"({"plid": 99, "mode": "next", "items": []})", "Could not add external items to playlist. Please select one or more items to add.", "Cannot add zero items to playlist id: 99"},
+        {"add-external-items", R"({"plid": 99, "items": [{"vexaRoles": "{}"}]})", "Could not add external items to playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
+        {"add-external-items", R"({"plid": 1, "items": [{"vexaRoles": "{\"title\": \"t\"}"}, {"title": "u"}]})", "Could not add external items to playlist. No items were added. (No playitem found.)"},
+        {"add-items", R"({"plid": -1, "fromPlid": 99})", "Could not add items to playlist. There is no playlist with this ID. (99)", "There is no playlist with ID : 99"},
+        {"add-items", R"({"plid": -1, "fromPlid": 2})", "Could not add items to playlist. Cannot find playlist with invalid ID. (-1)"},
+        {"add-items", R"({"plid": 1, "items": ["testmod:/x"], "mode": "later"})", "Could not add items to playlist. Invalid add mode. (mode)"},
+        {"add-items", R"({"plid": 1, "fromPlid": 2})", "Could not add items to playlist. Please select one or more items to add.", "There isn't any items to add to playlist id: 1"},
+        {"add-items", R"({"plid": 99, "items": ["testmod:/x"]})", "Could not add items to playlist. No items were added. (There is no playlist with this ID. (99))"},
     };
     for (const auto& c : cases) {
         const int logSize = m_host.log().size();
-        const HttpReply reply = m_pl->command(QLatin1String(c.command), c.value);
+        const HttpReply reply = m_pl.command(c.command, c.value);
         const std::string label = std::string(c.command) + " " + c.value;
         EXPECT_EQ(reply.status, 422) << label << " " << reply.body.constData();
-        EXPECT_EQ(reply.errorName(), QStringLiteral("error")) << label;
-        EXPECT_EQ(reply.json().toHash().value(QStringLiteral("error")).toHash().value(QStringLiteral("title")).toString(),
-                  QStringLiteral("Error"))
-            << label;
+        EXPECT_EQ(reply.errorName(), "error") << label;
+        EXPECT_EQ(reply.json().toHash().value("error").toHash().value("title").toString(), "Error") << label;
         EXPECT_EQ(reply.errorMessage(), QString::fromUtf8(c.message)) << label;
-        if (*c.logLine) {
-            EXPECT_TRUE(logHasLine(logSize, QByteArray("ERROR [PlayLists] ") + c.logLine)) << label << " did not log " << c.logLine;
-        }
+        EXPECT_TRUE(!*c.logLine || logHas(logSize, QByteArray("ERROR [PlayLists] ") + c.logLine + '\n')) << label << " did not log " << c.logLine;
     }
-    EXPECT_EQ(m_pl->state(), before);
+    EXPECT_EQ(m_pl.state(), before);
 }

@@ -1,9 +1,6 @@
 #include "Database.h"
-#include "LogCapture.h"
+#include "TestSupport.h"
 #include "PlayList.h"
-#include "StoreReader.h"
-#include "TestItems.h"
-#include "WorkDir.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +25,7 @@ protected:
     // A playlist object over a new store row holding t0..t<count-1>.
     std::unique_ptr<PlayList> filled(int count)
     {
-        auto pl = std::make_unique<PlayList>(&m_db, m_db.createPlayList(QStringLiteral("p")));
+        auto pl = std::make_unique<PlayList>(&m_db, m_db.createPlayList(QString("p")));
         if (count > 0)
             pl->addItems(VexaPlayListAddPosition::Append, TestItems::make(count, "t"));
         return pl;
@@ -50,7 +47,7 @@ protected:
 
     int writes(const PlayListBase& pl)
     {
-        return m_log.count(TRACE_LOG_LEVEL, QStringLiteral("Enter Database::updatePlayList: pl=%1").arg(pl.getUid()));
+        return m_log.count(TRACE_LOG_LEVEL, QString("Enter Database::updatePlayList: pl=%1").arg(pl.getUid()));
     }
 
     WorkDir m_dir;
@@ -137,8 +134,8 @@ TEST_F(PlayListTest, settingsWriteAndSignalOnlyOnChangeButNamesAlways)
     pl->setRepeatAll(false);
     EXPECT_EQ(repeat.count(), 2);
 
-    pl->setName(QStringLiteral("p"));
-    pl->setName(QStringLiteral("p"));
+    pl->setName(QString("p"));
+    pl->setName(QString("p"));
     EXPECT_EQ(name.count(), 2);
     EXPECT_EQ(name.at(0), QVariantList({"p"}));
     EXPECT_EQ(writes(*pl), 5);
@@ -157,30 +154,19 @@ TEST_F(PlayListTest, settingsWriteAndSignalOnlyOnChangeButNamesAlways)
     EXPECT_TRUE(m_log.contains(ERROR_LOG_LEVEL, "Error updating PlayList: no such uid in DB"));
 }
 
-TEST_F(PlayListTest, movingKeepsTheLastPlayedEntry)
+// Where the last played entry goes on a move is covered by the random edits below.
+TEST_F(PlayListTest, movingSignalsOnlyRealMovesAndClampsPositions)
 {
     auto pl = filled(8);
     QSignalSpy moved(pl.get(), &PlayListBase::itemMoved);
-
-    struct Case
-    {
-        int from, to, expected;
-    };
-    const Case cases[] = {{5, 1, 4}, {3, 0, 0}, {1, 4, 2}, {1, 2, 3}, {4, 6, 3}, {2, 3, 2}, {6, 3, 4}};
-    for (const Case& c : cases) {
-        pl->setLastSequenceNumber(3);
-        const QString played = titles(*pl).at(3);
-        ASSERT_TRUE(pl->moveItem(c.from, c.to));
-        EXPECT_EQ(pl->getLastSequenceNumber(), c.expected) << c.from << "->" << c.to;
-        EXPECT_EQ(storedLastPlayed(*pl), c.expected);
-        EXPECT_EQ(titles(*pl).at(c.expected), played) << c.from << "->" << c.to;
-    }
-    EXPECT_EQ(moved.count(), 7);
-
+    pl->setLastSequenceNumber(3);
+    EXPECT_TRUE(pl->moveItem(5, 1));
+    EXPECT_EQ(moved.last(), QVariantList({5, 1}));
+    EXPECT_EQ(storedLastPlayed(*pl), 4);
     // No move, no signal; positions past the end are clamped to the count.
     EXPECT_TRUE(pl->moveItem(2, 2));
     EXPECT_TRUE(pl->moveItem(9, 8));
-    EXPECT_EQ(moved.count(), 7);
+    EXPECT_EQ(moved.count(), 1);
     EXPECT_TRUE(pl->moveItem(12, 1));
     EXPECT_EQ(moved.last(), QVariantList({8, 1}));
 }
@@ -238,7 +224,7 @@ TEST_F(PlayListTest, randomEditsKeepLastPlayedIndexOnItsEntry)
             QList<VexaPlayListItem> items;
             QStringList names;
             for (int i = 0; i < count; ++i) {
-                names.append(QStringLiteral("i%1").arg(nextTitle++));
+                names.append(QString("i%1").arg(nextTitle++));
                 items.append(TestItems::item(names.last()));
             }
             // New entries go behind the last played one or at the end, so
@@ -310,24 +296,24 @@ TEST_F(PlayListTest, itemRolesPointAtTheItemAndThisPlayLogic)
     VexaPlayListItem item;
     item.setUid(42);
     item.setSequenceNumber(7);
-    item.setVexaRoles(QStringLiteral("{\"title\":\"Song\",\"type\":\"audio\",\"extra\":1,"
+    item.setVexaRoles(QString("{\"title\":\"Song\",\"type\":\"audio\",\"extra\":1,"
                                      "\"mediaData\":{\"metaData\":{\"artist\":\"A\"},"
                                      "\"resources\":[{\"uri\":\"http://x/y.mp3\"}]}}"));
     const VexaRoles roles = pl->itemToVexaRoles(item);
-    EXPECT_EQ(roles.title(), QStringLiteral("Song"));
-    EXPECT_EQ(roles.id(), QStringLiteral("42"));
-    EXPECT_EQ(roles.value().type(), QStringLiteral("i32_"));
+    EXPECT_EQ(roles.title(), QString("Song"));
+    EXPECT_EQ(roles.id(), QString("42"));
+    EXPECT_EQ(roles.value().type(), QString("i32_"));
     EXPECT_EQ(roles.value().i32_(), 7);
-    EXPECT_EQ(roles.path().toEncoded(), QStringLiteral("playlists:/item/42"));
-    EXPECT_EQ(roles.mediaData().metaData().playLogicPath().toEncoded(), QStringLiteral("playlists:/playlogic"));
-    EXPECT_EQ(roles.mediaData().metaData().artist(), QStringLiteral("A"));
-    EXPECT_EQ(roles.value(QStringLiteral("extra")).toInt(), 1);
+    EXPECT_EQ(roles.path().toEncoded(), QString("playlists:/item/42"));
+    EXPECT_EQ(roles.mediaData().metaData().playLogicPath().toEncoded(), QString("playlists:/playlogic"));
+    EXPECT_EQ(roles.mediaData().metaData().artist(), QString("A"));
+    EXPECT_EQ(roles.value(QString("extra")).toInt(), 1);
 
     // Without meta data no play-logic path is made up.
-    item.setVexaRoles(QStringLiteral("{\"title\":\"Bare\",\"mediaData\":{\"resources\":[]}}"));
+    item.setVexaRoles(QString("{\"title\":\"Bare\",\"mediaData\":{\"resources\":[]}}"));
     EXPECT_FALSE(pl->itemToVexaRoles(item).mediaData().contains(VexaMediaData::MetaData()));
 
-    item.setVexaRoles(QStringLiteral("{not json"));
+    item.setVexaRoles(QString("{not json"));
     EXPECT_TRUE(pl->itemToVexaRoles(item).isEmpty());
     const QStringList errors = m_log.messages(ERROR_LOG_LEVEL);
     ASSERT_EQ(errors.size(), 1);

@@ -1,6 +1,6 @@
 #include "PlayLogicFixture.h"
 
-#include "TestItems.h"
+#include "TestSupport.h"
 
 #include <VexaPaths.h>
 #include <VexaPlayLogicChangePlayModeArgs.h>

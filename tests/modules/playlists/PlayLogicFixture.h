@@ -2,11 +2,10 @@
 
 #include "../../play/FakePlayer.h"
 #include "Database.h"
-#include "LogCapture.h"
+#include "TestSupport.h"
 #include "PlayListBase.h"
 #include "PlayListManager.h"
 #include "PlayListPlayLogic.h"
-#include "WorkDir.h"
 
 #include <CMNodes.h>
 

@@ -1,5 +1,5 @@
 #include "PlayLogicFixture.h"
-#include "TestItems.h"
+#include "TestSupport.h"
 
 #include <VexaPaths.h>
 

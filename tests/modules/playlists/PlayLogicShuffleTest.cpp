@@ -1,6 +1,5 @@
 #include "PlayLogicFixture.h"
-#include "TestClock.h"
-#include "TestItems.h"
+#include "TestSupport.h"
 
 #include <cstdlib>
 #include <numeric>

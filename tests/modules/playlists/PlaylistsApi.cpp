@@ -1,29 +1,17 @@
 #include "PlaylistsApi.h"
 
+#include "TestSupport.h"
+
 #include <VexaJson.h>
 
-#include <sqlite3.h>
-
-namespace {
-
-const char* const kTables[] = {"playlists", "items", "playlists_items", "collections", "collections_playlists"};
-
-QString rowText(const QVariant& row)
+HttpReply PlaylistsApi::set(const QString& path, const QVariant& value) const
 {
-    const QVariantList columns = row.toList();
-    return columns.value(0).toString() + QLatin1Char('|') + columns.value(1).toString();
-}
-
-} // namespace
-
-PlaylistsApi::PlaylistsApi(const HostProcess& host)
-    : m_api(host.client()), m_storeFile(host.root() + QStringLiteral("/data-rw/playlists/playlists.sqlite"))
-{
+    return api().setData(path, value);
 }
 
 HttpReply PlaylistsApi::command(const QString& command, const QVariant& value) const
 {
-    return m_api.setData(QStringLiteral("playlists:/") + command, value);
+    return set("playlists:/" + command, value);
 }
 
 HttpReply PlaylistsApi::command(const QString& command, const char* jsonValue) const
@@ -33,88 +21,91 @@ HttpReply PlaylistsApi::command(const QString& command, const char* jsonValue) c
 
 int PlaylistsApi::create(const QString& command, const QString& name) const
 {
-    const HttpReply reply = this->command(command, QVariantHash{{QStringLiteral("name"), name}});
-    const QVariantHash value =
-        reply.json().toHash().value(QStringLiteral("result")).toHash().value(QStringLiteral("value")).toHash();
-    if (reply.status != 200 || value.value(QStringLiteral("type")) != QStringLiteral("i32_"))
-        return -1;
-    return value.value(QStringLiteral("i32_")).toInt();
+    const HttpReply reply = this->command(command, QVariantHash{{"name", name}});
+    const QVariantHash value = reply.json().toHash().value("result").toHash().value("value").toHash();
+    return reply.status == 200 && value.value("type") == "i32_" ? value.value("i32_").toInt() : -1;
 }
 
 bool PlaylistsApi::addTracks(int plid, const QStringList& titles) const
 {
-    QVariantList items;
-    for (const QString& title : titles)
-        items.append(track(title));
-    return answeredTrue(command(QStringLiteral("add-external-items"),
-                                QVariantHash{{QStringLiteral("plid"), plid}, {QStringLiteral("items"), items}}));
+    // Keeps each body well below the host's limit on request bodies.
+    const int perCall = 2000;
+    for (int first = 0; first < titles.size(); first += perCall) {
+        QVariantList items;
+        for (const QString& title : titles.mid(first, perCall))
+            items.append(track(title));
+        if (!answeredTrue(command("add-external-items", QVariantHash{{"plid", plid}, {"items", items}})))
+            return false;
+    }
+    return true;
 }
 
-QStringList PlaylistsApi::rows(const QString& path) const
+QVariantHash PlaylistsApi::rows(const QString& path, const QString& roles, int from, int to) const
 {
-    QStringList result;
-    const HttpReply reply = m_api.rows(path, QStringLiteral("title,path"), 0, 999);
-    if (reply.status != 200)
-        return {QStringLiteral("rows of %1: HTTP %2 %3").arg(path).arg(reply.status).arg(QString::fromUtf8(reply.body))};
-    for (const QVariant& row : reply.json().toHash().value(QStringLiteral("rows")).toList())
-        result.append(rowText(row));
-    return result;
+    const HttpReply reply = api().rows(path, roles, from, to);
+    return reply.status == 200 ? reply.json().toHash() : QVariantHash();
+}
+
+QVariantList PlaylistsApi::rowList(const QString& path, int from, int to) const
+{
+    return rows(path, "*", from, to).value("rows").toList();
 }
 
 QStringList PlaylistsApi::titles(const QString& path) const
 {
     QStringList result;
-    for (const QString& row : rows(path))
-        result.append(row.section(QLatin1Char('|'), 0, -2));
+    for (const QVariant& row : rowList(path))
+        result.append(row.toHash().value("title").toString());
     return result;
+}
+
+QStringList PlaylistsApi::titlesAndPaths(const QString& path) const
+{
+    QStringList result;
+    for (const QVariant& row : rowList(path))
+        result.append(row.toHash().value("title").toString() + '|' + row.toHash().value("path").toString());
+    return result;
+}
+
+QString PlaylistsApi::rowPath(const QString& listPath, int index) const
+{
+    return rowList(listPath).value(index).toHash().value("path").toString();
+}
+
+QString PlaylistsApi::rowPath(const QString& listPath, const QString& title) const
+{
+    return rowPath(listPath, titles(listPath).indexOf(title));
 }
 
 QStringList PlaylistsApi::store() const
 {
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(m_storeFile.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
-        sqlite3_close(db);
-        return {QStringLiteral("cannot open ") + m_storeFile};
-    }
-    sqlite3_busy_timeout(db, 5000);
+    const StoreReader reader(m_host.root() + "/data-rw/playlists/playlists.sqlite");
     QStringList result;
-    for (const char* table : kTables) {
-        sqlite3_stmt* stmt = nullptr;
-        const QByteArray sql = QByteArray("SELECT * FROM ") + table;
-        if (sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr) != SQLITE_OK) {
-            result.append(QStringLiteral("cannot read ") + QLatin1String(table));
-            continue;
-        }
-        while (sqlite3_step(stmt) == SQLITE_ROW) {
-            QStringList columns{QLatin1String(table)};
-            for (int c = 0; c < sqlite3_column_count(stmt); ++c) {
-                const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, c));
-                columns.append(text ? QString::fromUtf8(text, sqlite3_column_bytes(stmt, c)) : QStringLiteral("<null>"));
-            }
-            result.append(columns.join(QLatin1Char('|')));
-        }
-        sqlite3_finalize(stmt);
-    }
-    sqlite3_close(db);
+    for (const char* table : {"playlists", "items", "playlists_items", "collections", "collections_playlists"})
+        result += reader.rows((QByteArray("SELECT '") + table + "', * FROM " + table).constData());
     result.sort();
     return result;
 }
 
-QStringList PlaylistsApi::state() const
+QString PlaylistsApi::subscribe(const QStringList& paths) const
 {
-    return rows(QStringLiteral("playlists:/root")) + store();
+    ApiCalls::Topics topics;
+    for (const QString& path : paths)
+        topics.append({"rows", path});
+    return api().subscribe(topics);
 }
 
-QVariantHash PlaylistsApi::track(const QString& title)
+QVariantList PlaylistsApi::events(const QString& id) const
 {
+    return api().poll(id, 0).json().toList();
+}
+
+QVariantHash PlaylistsApi::track(const QString& title, int seconds, const QString& uri)
+{
+    const QVariantHash resource{{"uri", uri.isEmpty() ? "test://" + title : uri}, {"duration", seconds}};
     const QVariantHash roles{
-        {QStringLiteral("title"), title},
-        {QStringLiteral("type"), QStringLiteral("audio")},
-        {QStringLiteral("mediaData"),
-         QVariantHash{{QStringLiteral("resources"),
-                       QVariantList{QVariantHash{{QStringLiteral("uri"), QStringLiteral("test://") + title},
-                                                 {QStringLiteral("duration"), 30}}}}}}};
-    return {{QStringLiteral("vexaRoles"), QString::fromUtf8(VexaJson::toJson(roles))}};
+        {"title", title}, {"type", "audio"}, {"mediaData", QVariantHash{{"resources", QVariantList{resource}}}}};
+    return {{"vexaRoles", QString::fromUtf8(VexaJson::toJson(roles))}};
 }
 
 QVariant PlaylistsApi::json(const char* text)
@@ -125,16 +116,23 @@ QVariant PlaylistsApi::json(const char* text)
     return value;
 }
 
+std::string PlaylistsApi::text(const QVariant& value)
+{
+    return VexaJson::toJson(value).toStdString();
+}
+
+QStringList PlaylistsApi::numbered(const QString& prefix, int count)
+{
+    QStringList result;
+    for (int i = 0; i < count; ++i)
+        result.append(prefix + QString::number(i));
+    return result;
+}
+
 ::testing::AssertionResult PlaylistsApi::answered(const HttpReply& reply, const QVariantHash& value)
 {
-    const QVariantHash expected{{QStringLiteral("xclass"), QStringLiteral("VexaActionReply")},
-                                {QStringLiteral("result"), QVariantHash{{QStringLiteral("value"), value}}}};
+    const QVariantHash expected{{"xclass", "VexaActionReply"}, {"result", QVariantHash{{"value", value}}}};
     if (reply.status == 200 && reply.json() == QVariant(expected))
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << "HTTP " << reply.status << " " << reply.body.constData();
-}
-
-::testing::AssertionResult PlaylistsApi::answeredTrue(const HttpReply& reply)
-{
-    return answered(reply, {{QStringLiteral("type"), QStringLiteral("bool_")}, {QStringLiteral("bool_"), true}});
 }

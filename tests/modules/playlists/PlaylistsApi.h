@@ -3,53 +3,109 @@
 #include "ApiCalls.h"
 #include "HostProcess.h"
 
+#include <QDeadlineTimer>
 #include <QString>
 #include <QStringList>
+#include <QThread>
 #include <QVariant>
 
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <string>
 
-// The playlists module as a client of the real host sees it: its commands
-// over POST /api/v1/data, its lists over GET /api/v1/rows, and, for checking
-// that nothing changed, a read-only look at the store file under the host's
-// root.
+// The playlists module as an HTTP client of the real host sees it: commands
+// and row actions over set-data, lists over rows, subscriptions, and a
+// read-only look at the store file under the host's root.
 class PlaylistsApi
 {
 public:
-    explicit PlaylistsApi(const HostProcess& host);
+    explicit PlaylistsApi(const HostProcess& host) : m_host(host) {}
 
-    // POST {"path": "playlists:/<command>", "value": value}.
+    ApiCalls api() const { return ApiCalls(m_host.client()); }
+    // POST {"path": path, "value": value}.
+    HttpReply set(const QString& path, const QVariant& value = QVariant::fromValue(nullptr)) const;
+    // The same for "playlists:/<command>", the value given as data or as JSON text.
     HttpReply command(const QString& command, const QVariant& value) const;
-    // The same with the value given as JSON text.
     HttpReply command(const QString& command, const char* jsonValue) const;
     // The uid a create command answered; -1 when it did not answer one.
     int create(const QString& command, const QString& name) const;
-    // Adds tracks titled as given to the end of a playlist; true when accepted.
+    int createPlaylist(const QString& name) const { return create("create-playlist", name); }
+    int createCollection(const QString& name) const { return create("create-collection", name); }
+    // Appends tracks titled as given, as many per call as the request size
+    // allows; true when every call was accepted.
     bool addTracks(int plid, const QStringList& titles) const;
 
-    // "title|path" of every row of a list such as "playlists:/root".
-    QStringList rows(const QString& path) const;
+    // The answer of GET /rows; an empty hash when it was not a 200.
+    QVariantHash rows(const QString& path, const QString& roles = "*", int from = -1, int to = -1) const;
+    // The rows of a list, each an object of every role.
+    QVariantList rowList(const QString& path, int from = 0, int to = 999) const;
     QStringList titles(const QString& path) const;
-    // Every row of every table of the store, sorted; a line naming the
-    // failure when the file cannot be read.
+    // "title|path" of every row of a list.
+    QStringList titlesAndPaths(const QString& path) const;
+    // The path role of the row at index, or of the row titled title.
+    QString rowPath(const QString& listPath, int index) const;
+    QString rowPath(const QString& listPath, const QString& title) const;
+
+    // Every row of every table of the store, sorted.
     QStringList store() const;
     // The root's rows followed by the store: what a refusal must leave as it was.
-    QStringList state() const;
+    QStringList state() const { return titlesAndPaths("playlists:/root") + store(); }
 
-    const ApiCalls& api() const { return m_api; }
+    // A rows subscription of each path, and what it holds now.
+    QString subscribe(const QStringList& paths) const;
+    QVariantList events(const QString& id) const;
 
     // The item record of an audio track as clients send it.
-    static QVariantHash track(const QString& title);
+    static QVariantHash track(const QString& title, int seconds = 30, const QString& uri = QString());
     static QVariant json(const char* text);
+    // Canonical JSON text (keys sorted), for comparisons that print readably.
+    static std::string text(const QVariant& value);
+    static std::string text(const char* jsonText) { return text(json(jsonText)); }
+    static QVariantHash stringValue(const QString& text) { return {{"type", "string_"}, {"string_", text}}; }
+    static QVariantHash boolValue(bool value) { return {{"type", "bool_"}, {"bool_", value}}; }
+    // "A0".."A<n-1>" for a prefix "A".
+    static QStringList numbered(const QString& prefix, int count);
     // Whether a reply is the success answer carrying this value.
     static ::testing::AssertionResult answered(const HttpReply& reply, const QVariantHash& value);
-    static ::testing::AssertionResult answeredTrue(const HttpReply& reply);
+    static ::testing::AssertionResult answeredTrue(const HttpReply& reply) { return answered(reply, boolValue(true)); }
 
 private:
-    ApiCalls m_api;
-    QString m_storeFile;
+    const HostProcess& m_host;
+};
+
+// The real host with the playlists module and the test module, started anew
+// for each test; m_pl talks to it.
+class PlaylistsHostTest : public ::testing::Test
+{
+protected:
+    explicit PlaylistsHostTest(const QStringList& arguments = {"--time-scale", "1000"})
+        : m_host({HostProcess::playlistsModule(), "libvexa_testmod.so"}, arguments)
+    {
+    }
+    void SetUp() override { start(); }
+    // Starts the host, or restarts it on the same root when it runs.
+    void start()
+    {
+        QString error;
+        ASSERT_TRUE(m_host.isRunning() ? m_host.restart(&error) : m_host.start(&error)) << error.toStdString();
+    }
+
+    // Whether the host's log holds text past offset from, within a little
+    // wait: the host writes some lines after it answered.
+    bool logHas(int from, const QByteArray& text) const
+    {
+        const QDeadlineTimer deadline(3000);
+        while (m_host.log().indexOf(text, from) < 0) {
+            if (deadline.hasExpired())
+                return false;
+            QThread::msleep(20);
+        }
+        return true;
+    }
+
+    HostProcess m_host;
+    PlaylistsApi m_pl{m_host};
 };
 
 // Lets failed expectations show texts and lists of texts readably.

@@ -1,4 +1,4 @@
-#include "LogCapture.h"
+#include "TestSupport.h"
 #include "Sqlite3Statement.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,223 @@
+#include "TestSupport.h"
+
+#include <log4cplus/spi/loggingevent.h>
+
+#include <QDir>
+
+#include <sqlite3.h>
+
+#include <atomic>
+#include <cstdio>
+
+WorkDir::WorkDir()
+    : m_previous(QDir::currentPath())
+{
+    QDir::setCurrent(m_dir.path());
+}
+
+WorkDir::~WorkDir()
+{
+    QDir::setCurrent(m_previous);
+}
+
+VexaPlayListItem TestItems::item(const QString& title)
+{
+    VexaPlayListItem item;
+    item.setTitle(title);
+    item.setArtist("artist of " + title);
+    item.setAlbum("album");
+    item.setArtworkUrl("http://art/" + title);
+    item.setGenre("genre");
+    item.setDurationSeconds(title.size() * 10);
+    item.setUrl("file:///music/" + title);
+    item.setServiceId("library");
+    item.setVexaRoles("{\"title\":\"" + title + "\"}");
+    return item;
+}
+
+QList<VexaPlayListItem> TestItems::make(int count, const QString& prefix)
+{
+    QList<VexaPlayListItem> items;
+    for (int i = 0; i < count; ++i)
+        items.append(item(prefix + QString::number(i)));
+    return items;
+}
+
+namespace {
+
+void bindAll(sqlite3_stmt* stmt, const QVariantList& args)
+{
+    for (int i = 0; i < args.size(); ++i) {
+        if (args.at(i).type() == QVariant::Int) {
+            sqlite3_bind_int(stmt, i + 1, args.at(i).toInt());
+        } else {
+            const QByteArray text = args.at(i).toString().toUtf8();
+            sqlite3_bind_text(stmt, i + 1, text.constData(), text.size(), SQLITE_TRANSIENT);
+        }
+    }
+}
+
+} // namespace
+
+StoreReader::StoreReader(const QString& file)
+{
+    sqlite3_open(file.toUtf8().constData(), &m_db);
+    sqlite3_busy_timeout(m_db, 5000);
+}
+
+StoreReader::~StoreReader()
+{
+    sqlite3_close(m_db);
+}
+
+QStringList StoreReader::rows(const char* sql, const QVariantList& args) const
+{
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(m_db, sql, -1, &stmt, nullptr) != SQLITE_OK)
+        return {"prepare failed: " + QString::fromUtf8(sqlite3_errmsg(m_db))};
+    bindAll(stmt, args);
+    QStringList result;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        QStringList columns;
+        for (int c = 0; c < sqlite3_column_count(stmt); ++c) {
+            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, c));
+            columns.append(text ? QString::fromUtf8(text, sqlite3_column_bytes(stmt, c)) : "<null>");
+        }
+        result.append(columns.join('|'));
+    }
+    sqlite3_finalize(stmt);
+    return result;
+}
+
+int StoreReader::scalar(const char* sql, const QVariantList& args) const
+{
+    const QStringList result = rows(sql, args);
+    bool ok = false;
+    const int value = result.isEmpty() ? 0 : result.first().toInt(&ok);
+    return ok ? value : -999;
+}
+
+bool StoreReader::exec(const char* sql, const QVariantList& args) const
+{
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(m_db, sql, -1, &stmt, nullptr) != SQLITE_OK)
+        return false;
+    bindAll(stmt, args);
+    const int rc = sqlite3_step(stmt);
+    sqlite3_finalize(stmt);
+    return rc == SQLITE_DONE || rc == SQLITE_ROW;
+}
+
+QStringList StoreReader::entries(int playlist) const
+{
+    return rows("SELECT pi.sequenceNumber, i.title FROM playlists_items pi JOIN items i ON i.uid = pi.item"
+                " WHERE pi.playlist = ?1 ORDER BY pi.sequenceNumber",
+                {playlist});
+}
+
+QStringList StoreReader::snapshot() const
+{
+    return rows("SELECT 'pi', playlist, item, sequenceNumber FROM playlists_items"
+                " UNION ALL SELECT 'it', uid, title, url FROM items"
+                " UNION ALL SELECT 'pl', uid, name, lastPlayedIndex FROM playlists"
+                " ORDER BY 1, 2, 3, 4");
+}
+
+LogCapture::LogCapture(const char* loggerName, int level)
+    : m_logger(log4cplus::Logger::getInstance(loggerName))
+    , m_previousLevel(m_logger.getLogLevel())
+    , m_appender(new Appender)
+{
+    m_logger.setLogLevel(level);
+    m_logger.addAppender(log4cplus::SharedAppenderPtr(m_appender.get()));
+}
+
+LogCapture::~LogCapture()
+{
+    m_logger.removeAppender(log4cplus::SharedAppenderPtr(m_appender.get()));
+    m_logger.setLogLevel(m_previousLevel);
+}
+
+QList<QPair<int, QString>> LogCapture::events() const
+{
+    std::lock_guard<std::mutex> lock(m_appender->mutex);
+    return m_appender->events;
+}
+
+QStringList LogCapture::messages(int level) const
+{
+    QStringList result;
+    for (const auto& event : events()) {
+        if (event.first == level)
+            result.append(event.second);
+    }
+    return result;
+}
+
+QStringList LogCapture::startingWith(const QString& prefix) const
+{
+    QStringList result;
+    for (const auto& event : events()) {
+        if (event.second.startsWith(prefix))
+            result.append(event.second);
+    }
+    return result;
+}
+
+void LogCapture::clear()
+{
+    std::lock_guard<std::mutex> lock(m_appender->mutex);
+    m_appender->events.clear();
+}
+
+void LogCapture::echoToStderr()
+{
+    std::lock_guard<std::mutex> lock(m_appender->mutex);
+    m_appender->echo = true;
+}
+
+void LogCapture::Appender::append(const log4cplus::spi::InternalLoggingEvent& event)
+{
+    const QString message = QString::fromStdString(event.getMessage());
+    std::lock_guard<std::mutex> lock(mutex);
+    events.append(qMakePair(int(event.getLogLevel()), message));
+    if (echo) {
+        std::fprintf(stderr, "%d %s\n", int(event.getLogLevel()), message.toUtf8().constData());
+        std::fflush(stderr);
+    }
+}
+
+namespace {
+
+std::atomic<bool> g_clockFixed{false};
+std::atomic<std::time_t> g_clockNow{0};
+
+} // namespace
+
+extern "C" std::time_t __real_time(std::time_t* out);
+
+extern "C" std::time_t __wrap_time(std::time_t* out)
+{
+    if (!g_clockFixed.load())
+        return __real_time(out);
+    const std::time_t now = g_clockNow.load();
+    if (out)
+        *out = now;
+    return now;
+}
+
+TestClock::TestClock(std::time_t now)
+{
+    set(now);
+    g_clockFixed.store(true);
+}
+
+TestClock::~TestClock()
+{
+    g_clockFixed.store(false);
+}
+
+void TestClock::set(std::time_t now)
+{
+    g_clockNow.store(now);
+}
