@@ -151,24 +151,6 @@ TEST_F(PlaybackApi, removingThePlayingTrackGoesOnWithTheNext)
     EXPECT_TRUE(waitForTitle("N"));
 }
 
-TEST_F(PlaybackApi, fiveFailingTracksInARowAreSkippedTheSixthEndsPlayback)
-{
-    QVariantList items;
-    for (int i = 0; i < 12; ++i)
-        items.append(i == 5 ? J::track("Good") : J::track(QString("Bad%1").arg(i), 30, i < 5 ? "error:404" : "error:"));
-    items.append(J::track("Never"));
-    const QString id = subscribeStatus();
-    ASSERT_EQ(add(0, "now", items).status, 200);
-
-    const QByteArray limit("Reached maximum error count exiting");
-    const QList<QVariantHash> seen = statusesUntil(id, [&](const QList<QVariantHash>& statuses) {
-        return m_host.log().contains(limit) && state(statuses.last()) == "stopped";
-    });
-    EXPECT_EQ(played(seen), QStringList({"Good"}));
-    EXPECT_EQ(m_host.log().count(limit), 1);
-    EXPECT_EQ(state(status()), "stopped");
-}
-
 TEST_F(PlaybackApi, addingContentOfTwoModulesKeepsTheOrderOfTheirAnswers)
 {
     const int source = m_pl.createPlaylist("Source");
