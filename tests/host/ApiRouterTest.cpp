@@ -1,7 +1,5 @@
 #include "ApiRouter.h"
-#include "SubscriptionHub.h"
 
-#include <CMRootWorker.h>
 #include <VexaJson.h>
 
 #include <gtest/gtest.h>
@@ -32,27 +30,4 @@ TEST(ApiRouter, TheOpenApiDocumentDescribesEveryRouteAndNothingElse)
         }
     }
     EXPECT_EQ(operations, ApiRouter::routes().size());
-}
-
-TEST(ApiRouter, UnknownPathsAre404AndOtherMethods405)
-{
-    SubscriptionHub hub(CMRoot());
-    ApiRouter router(CMRoot(), &hub);
-    const auto status = [&](const QByteArray& method, const QString& path) {
-        const ApiResult result = router.dispatch(ApiRequest(method, path, {}, QByteArray()));
-        return result.kind() == ApiResult::Kind::Ready ? result.response().status() : 0;
-    };
-    EXPECT_EQ(status("GET", QStringLiteral("/api/v1/nothing")), 404);
-    EXPECT_EQ(status("GET", QStringLiteral("/api/v1/rows/extra")), 404);
-    EXPECT_EQ(status("GET", QStringLiteral("/api/v1/subscriptions/")), 404);
-    EXPECT_EQ(status("DELETE", QStringLiteral("/api/v1/data")), 405);
-    EXPECT_EQ(status("GET", QStringLiteral("/api/v1/subscriptions/abc")), 405);
-    EXPECT_EQ(status("GET", QStringLiteral("/api/v1/openapi.json")), 200);
-
-    const ApiResult refused = router.dispatch(ApiRequest("PUT", QStringLiteral("/api/v1/data"), {}, QByteArray()));
-    ASSERT_EQ(refused.response().headers().size(), 1);
-    EXPECT_EQ(refused.response().headers().first().second, QByteArray("GET, POST"));
-    EXPECT_EQ(VexaJson::parse(refused.response().body(), nullptr).toHash().value(QStringLiteral("error")).toHash()
-                  .value(QStringLiteral("name")).toString(),
-              QStringLiteral("methodNotAllowed"));
 }

@@ -34,9 +34,14 @@ TEST(HostRobustness, EveryKindOfBadInputGetsItsErrorAndTheHostGoesOn)
         {"POST", "/api/v1/data", R"({"path": "settings:/playlists/itemLimit", "value": {"type": "i32_", "i32_": "many"}})", 400, bad},
         {"POST", "/api/v1/data", R"({"path": "settings:/playlists/itemLimit", "value": "text"})", 400, bad},
         {"POST", "/api/v1/data", R"({"path": "settings:/../../etc/passwd", "value": 1})", 400, bad},
+        {"POST", "/api/v1/data", R"({"path": null, "value": 1})", 400, bad},
         {"GET", "/api/v1/data", "", 400, bad},
         {"GET", "/api/v1/data?path=settings%3A%2F..%2Fetc", "", 400, bad},
+        {"GET", "/api/v1/data?path=testmod%3A%2Fitems%2F..", "", 400, bad},
+        {"GET", "/api/v1/data?path=", "", 400, bad},
+        {"GET", "/api/v1/data?path=%2Fno%2Fprefix", "", 400, bad},
         {"GET", "/api/v1/data?path=settings%3A%2Fa%00b", "", 400, bad},
+        {"GET", "/api/v1/data?path=settings%3A%2Fa%3Fx%3D%00", "", 400, bad},
         {"GET", "/api/v1/rows?path=testmod%3A%2Fitems%00", "", 400, bad},
         {"GET", "/api/v1/rows?path=testmod%3A%2Fitems&from=abc", "", 400, bad},
         {"GET", "/api/v1/rows?path=testmod%3A%2Fitems&from=5&to=2", "", 400, bad},
@@ -48,6 +53,9 @@ TEST(HostRobustness, EveryKindOfBadInputGetsItsErrorAndTheHostGoesOn)
         {"GET", "/api/v1/events", "", 400, bad},
         {"GET", "/api/v1/nothing", "", 404, QStringLiteral("notFound")},
         {"GET", "/", "", 404, QStringLiteral("notFound")},
+        {"GET", "/api/v1/rows/extra", "", 404, QStringLiteral("notFound")},
+        {"GET", "/api/v1/subscriptions/", "", 404, QStringLiteral("notFound")},
+        {"GET", "/api/v1/subscriptions/" + id, "", 405, QStringLiteral("methodNotAllowed")},
         {"GET", "/api/v1/data?path=nosuch%3A%2Fx", "", 404, QStringLiteral("invalidPath")},
         {"GET", "/api/v1/events?subscription=unknown", "", 404, QStringLiteral("invalidSubscription")},
         {"DELETE", "/api/v1/data", "", 405, QStringLiteral("methodNotAllowed")},
@@ -64,6 +72,8 @@ TEST(HostRobustness, EveryKindOfBadInputGetsItsErrorAndTheHostGoesOn)
         EXPECT_FALSE(envelope.value(QStringLiteral("title")).toString().isEmpty()) << what.toStdString();
         EXPECT_FALSE(envelope.value(QStringLiteral("message")).toString().isEmpty()) << what.toStdString();
     }
+
+    EXPECT_EQ(client.request("PUT", "/api/v1/data", "{}").headers.value("allow"), QByteArray("GET, POST"));
 
     // Requests no HTTP client would send.
     // (The short limits are for answers that never come: the host may just

@@ -109,21 +109,6 @@ TEST_F(HttpServerTest, WaitingForModulesHoldsNoThreadAndLateRepliesAreHarmless)
     }
 }
 
-TEST_F(HttpServerTest, AReplyThatDoesNotComeInTimeIs504)
-{
-    HttpServer server(CMRoot(), 200);
-    QString error;
-    ASSERT_TRUE(server.start(QStringLiteral("127.0.0.1"), 0, &error)) << error.toStdString();
-    const HttpClient client(server.port());
-
-    const HttpReply late = client.post(QStringLiteral("/api/v1/data"), setData("srvtest:/held", 1));
-    EXPECT_EQ(late.status, 504);
-    EXPECT_EQ(late.errorName(), QStringLiteral("timeout"));
-    // The reply that comes after its request was answered goes nowhere.
-    m_worker.completeAll(true);
-    EXPECT_EQ(client.get(QStringLiteral("/api/v1/data?path=srvtest%3A%2Fnode")).status, 200);
-}
-
 TEST_F(HttpServerTest, StopAnswersLongPollsEndsStreamsAndWaitsForRepliesInFlight)
 {
     HttpServer server(CMRoot(), 30000);

@@ -1,6 +1,18 @@
 #include "ApiCalls.h"
 
-HttpReply ApiCalls::rows(const QString& path, const QString& roles, int from, int to) const
+namespace {
+
+QVariantList topicList(const ApiCalls::Topics& topics)
+{
+    QVariantList list;
+    for (const auto& topic : topics)
+        list.append(QVariantHash{{QStringLiteral("kind"), topic.first}, {QStringLiteral("path"), topic.second}});
+    return list;
+}
+
+} // namespace
+
+HttpReply ApiCalls::read(const char* call, const QString& path, const QString& roles, int from, int to) const
 {
     QList<QPair<QString, QString>> arguments{{QStringLiteral("path"), path}};
     if (!roles.isNull())
@@ -9,15 +21,7 @@ HttpReply ApiCalls::rows(const QString& path, const QString& roles, int from, in
         arguments.append({QStringLiteral("from"), QString::number(from)});
     if (to >= 0)
         arguments.append({QStringLiteral("to"), QString::number(to)});
-    return m_client.get(QStringLiteral("/api/v1/rows?") + HttpClient::query(arguments));
-}
-
-HttpReply ApiCalls::data(const QString& path, const QString& roles) const
-{
-    QList<QPair<QString, QString>> arguments{{QStringLiteral("path"), path}};
-    if (!roles.isNull())
-        arguments.append({QStringLiteral("roles"), roles});
-    return m_client.get(QStringLiteral("/api/v1/data?") + HttpClient::query(arguments));
+    return m_client.get(QStringLiteral("/api/v1/%1?").arg(QLatin1String(call)) + HttpClient::query(arguments));
 }
 
 HttpReply ApiCalls::setData(const QString& path, const QVariant& value) const
@@ -35,36 +39,18 @@ QString ApiCalls::subscribe(const Topics& topics) const
 
 HttpReply ApiCalls::modify(const QString& id, const Topics& subscribe, const Topics& unsubscribe) const
 {
-    return m_client.patch(QStringLiteral("/api/v1/subscriptions/") + id,
-                          HttpClient::json(QVariantHash{{QStringLiteral("subscribe"), topicList(subscribe)},
-                                                        {QStringLiteral("unsubscribe"), topicList(unsubscribe)}}));
+    return m_client.request("PATCH", QStringLiteral("/api/v1/subscriptions/") + id,
+                            HttpClient::json(QVariantHash{{QStringLiteral("subscribe"), topicList(subscribe)},
+                                                          {QStringLiteral("unsubscribe"), topicList(unsubscribe)}}));
 }
 
-HttpReply ApiCalls::poll(const QString& id, int timeoutSeconds) const
-{
-    return m_client.get(pollTarget(id, timeoutSeconds), (timeoutSeconds + 15) * 1000);
-}
-
-QString ApiCalls::pollTarget(const QString& id, int timeoutSeconds) const
+QString ApiCalls::pollTarget(const QString& id, int timeoutSeconds)
 {
     return QStringLiteral("/api/v1/events?")
         + HttpClient::query({{QStringLiteral("subscription"), id}, {QStringLiteral("timeout"), QString::number(timeoutSeconds)}});
 }
 
-QString ApiCalls::streamTarget(const QString& id) const
+QString ApiCalls::streamTarget(const QString& id)
 {
     return QStringLiteral("/api/v1/events/stream?") + HttpClient::query({{QStringLiteral("subscription"), id}});
-}
-
-QVariantHash ApiCalls::i32(int v)
-{
-    return {{QStringLiteral("type"), QStringLiteral("i32_")}, {QStringLiteral("i32_"), v}};
-}
-
-QVariantList ApiCalls::topicList(const Topics& topics)
-{
-    QVariantList list;
-    for (const auto& topic : topics)
-        list.append(QVariantHash{{QStringLiteral("kind"), topic.first}, {QStringLiteral("path"), topic.second}});
-    return list;
 }

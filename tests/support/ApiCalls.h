@@ -2,11 +2,6 @@
 
 #include "HttpClient.h"
 
-#include <QList>
-#include <QPair>
-#include <QString>
-#include <QVariant>
-
 // The host API's calls as a test makes them, with paths encoded properly.
 class ApiCalls
 {
@@ -16,22 +11,27 @@ public:
 
     explicit ApiCalls(const HttpClient& client) : m_client(client) {}
 
-    HttpReply rows(const QString& path, const QString& roles = QString(), int from = -1, int to = -1) const;
-    HttpReply data(const QString& path, const QString& roles = QString()) const;
+    HttpReply rows(const QString& path, const QString& roles = QString(), int from = -1, int to = -1) const
+    {
+        return read("rows", path, roles, from, to);
+    }
+    HttpReply data(const QString& path, const QString& roles = QString()) const { return read("data", path, roles); }
     HttpReply setData(const QString& path, const QVariant& value) const;
     // A new subscription's id; empty when it was not created.
     QString subscribe(const Topics& topics) const;
     HttpReply modify(const QString& id, const Topics& subscribe, const Topics& unsubscribe) const;
-    HttpReply poll(const QString& id, int timeoutSeconds) const;
-    QString pollTarget(const QString& id, int timeoutSeconds) const;
-    QString streamTarget(const QString& id) const;
+    HttpReply poll(const QString& id, int timeoutSeconds) const
+    {
+        return m_client.get(pollTarget(id, timeoutSeconds), (timeoutSeconds + 15) * 1000);
+    }
+    static QString pollTarget(const QString& id, int timeoutSeconds);
+    static QString streamTarget(const QString& id);
 
     // {"type": "i32_", "i32_": v}
-    static QVariantHash i32(int v);
-    static QVariantList topicList(const Topics& topics);
-
-    const HttpClient& client() const { return m_client; }
+    static QVariantHash i32(int v) { return {{QStringLiteral("type"), QStringLiteral("i32_")}, {QStringLiteral("i32_"), v}}; }
 
 private:
+    HttpReply read(const char* call, const QString& path, const QString& roles, int from = -1, int to = -1) const;
+
     HttpClient m_client;
 };

@@ -2,12 +2,8 @@
 
 bool EventStreamReader::open(quint16 port, const QString& target, int timeoutMs)
 {
-    if (!m_socket.connectTo(QStringLiteral("127.0.0.1"), port))
-        return false;
-    const QByteArray request = "GET " + target.toUtf8() + " HTTP/1.1\r\nHost: 127.0.0.1\r\nAccept: text/event-stream\r\n\r\n";
-    if (!m_socket.sendAll(request))
-        return false;
-    if (!HttpReply::readHead(m_socket, QDeadlineTimer(timeoutMs), &m_head, &m_raw))
+    m_socket = HttpClient(port).send("GET", target, QByteArray());
+    if (!m_socket || !HttpReply::readHead(*m_socket, QDeadlineTimer(timeoutMs), &m_head, &m_raw))
         return false;
     m_chunked = m_head.headers.value("transfer-encoding").toLower().contains("chunked");
     return true;
@@ -17,14 +13,16 @@ bool EventStreamReader::readData(QByteArray* data, int timeoutMs)
 {
     const QDeadlineTimer deadline(timeoutMs);
     for (;;) {
-        QByteArray line;
-        while (takeLine(&line)) {
+        int end;
+        while ((end = m_text.indexOf('\n')) >= 0) {
+            const QByteArray line = m_text.left(end);
+            m_text.remove(0, end + 1);
             if (line.startsWith("data:")) {
                 *data = line.mid(5).trimmed();
                 return true;
             }
         }
-        if (m_ended || !readMore(deadline))
+        if (!readMore(deadline))
             return false;
     }
 }
@@ -32,46 +30,28 @@ bool EventStreamReader::readData(QByteArray* data, int timeoutMs)
 bool EventStreamReader::waitForEnd(int timeoutMs)
 {
     const QDeadlineTimer deadline(timeoutMs);
-    while (!m_ended) {
-        if (!readMore(deadline))
-            return m_ended;
+    while (readMore(deadline)) {
     }
-    return true;
-}
-
-bool EventStreamReader::takeLine(QByteArray* line)
-{
-    const int end = m_text.indexOf('\n');
-    if (end < 0)
-        return false;
-    *line = m_text.left(end);
-    m_text.remove(0, end + 1);
-    return true;
+    return m_ended;
 }
 
 bool EventStreamReader::readMore(const QDeadlineTimer& deadline)
 {
     // Bytes after the head or a partial chunk may already wait in m_raw.
-    if (decode())
-        return true;
-    if (!m_socket.readSome(&m_raw, deadline)) {
-        if (m_socket.peerClosed())
+    while (!m_ended) {
+        const int before = m_text.size();
+        if (!m_chunked) {
+            m_text += m_raw;
+            m_raw.clear();
+        } else if (HttpReply::takeChunks(&m_raw, &m_text)) {
             m_ended = true;
-        return false;
+        }
+        if (m_text.size() != before)
+            return true;
+        if (!m_socket->readSome(&m_raw, deadline)) {
+            m_ended = m_socket->peerClosed();
+            return false;
+        }
     }
-    decode();
-    return true;
-}
-
-bool EventStreamReader::decode()
-{
-    const int before = m_text.size();
-    if (m_chunked) {
-        if (HttpReply::takeChunks(&m_raw, &m_text))
-            m_ended = true;
-    } else {
-        m_text += m_raw;
-        m_raw.clear();
-    }
-    return m_text.size() != before || m_ended;
+    return false;
 }

@@ -1,10 +1,6 @@
 #pragma once
 
-#include "HttpReply.h"
-#include "HttpSocket.h"
-
-#include <QByteArray>
-#include <QString>
+#include "HttpClient.h"
 
 // Reads a Server-Sent Events stream: opens it, then hands out the payload of
 // each "data:" line as it arrives. Comment lines are skipped.
@@ -19,18 +15,14 @@ public:
     // The next data line's payload; false when none came within timeoutMs
     // or the stream ended.
     bool readData(QByteArray* data, int timeoutMs);
-    // True once the server ended the stream.
-    bool ended() const { return m_ended; }
     // Reads until the stream ends or timeoutMs passed; true when it ended.
     bool waitForEnd(int timeoutMs);
 
 private:
-    bool takeLine(QByteArray* line);
+    // Reads more of the stream into m_text; false when nothing came or it ended.
     bool readMore(const QDeadlineTimer& deadline);
-    // Moves what m_raw holds into m_text; true when that added text or ended the stream.
-    bool decode();
 
-    HttpSocket m_socket;
+    std::unique_ptr<HttpSocket> m_socket;
     HttpReply m_head;
     bool m_chunked = false;
     bool m_ended = false;

@@ -33,7 +33,6 @@ public:
 
     quint16 port() const { return m_port; }
     QString root() const { return m_root.path(); }
-    QString modulesDir() const { return m_modules.path(); }
     HttpClient client() const { return HttpClient(m_port); }
     // What the host wrote to its standard error so far.
     QByteArray log() const;
