@@ -71,7 +71,12 @@ QByteArray setData(const char* path, const QVariant& value)
 class HttpServerTest : public ::testing::Test
 {
 protected:
-    void SetUp() override { CMRoot()->registerWorker(QStringLiteral("srvtest"), &m_worker); }
+    void SetUp() override
+    {
+        CMRoot()->registerWorker(QStringLiteral("srvtest"), &m_worker);
+        QString error;
+        ASSERT_TRUE(m_server.start(QStringLiteral("127.0.0.1"), 0, &error)) << error.toStdString();
+    }
     void TearDown() override
     {
         m_worker.completeAll(QVariant());
@@ -79,17 +84,15 @@ protected:
     }
 
     HoldingWorker m_worker;
+    HttpServer m_server{CMRoot(), 30000};
+    HttpClient client() const { return HttpClient(m_server.port()); }
 };
 
 } // namespace
 
 TEST_F(HttpServerTest, WaitingForModulesHoldsNoThreadAndLateRepliesAreHarmless)
 {
-    HttpServer server(CMRoot(), 60000);
-    QString error;
-    ASSERT_TRUE(server.start(QStringLiteral("127.0.0.1"), 0, &error)) << error.toStdString();
-    ASSERT_NE(server.port(), 0);
-    const HttpClient client(server.port());
+    const HttpClient client = this->client();
 
     // Twice as many unanswered commands as the server has threads.
     std::vector<std::unique_ptr<HttpSocket>> held;
@@ -111,10 +114,8 @@ TEST_F(HttpServerTest, WaitingForModulesHoldsNoThreadAndLateRepliesAreHarmless)
 
 TEST_F(HttpServerTest, StopAnswersLongPollsEndsStreamsAndWaitsForRepliesInFlight)
 {
-    HttpServer server(CMRoot(), 30000);
-    QString error;
-    ASSERT_TRUE(server.start(QStringLiteral("127.0.0.1"), 0, &error)) << error.toStdString();
-    const HttpClient client(server.port());
+    const HttpClient client = this->client();
+    HttpServer& server = m_server;
 
     const QString polled = client.post(QStringLiteral("/api/v1/subscriptions"), "{}").json().toHash().value("id").toString();
     const QString streamed = client.post(QStringLiteral("/api/v1/subscriptions"), "{}").json().toHash().value("id").toString();

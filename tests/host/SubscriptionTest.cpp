@@ -97,28 +97,3 @@ TEST(Subscription, TopicsCompareInNormalisedFormAndAFullQueueDropsTheOldestEvent
     EXPECT_TRUE(s.topics().isEmpty());
     EXPECT_FALSE(s.offerRowsReset(QStringLiteral("p:/l")));
 }
-
-TEST(SubscriptionTopic, ReadsOnlyWellFormedEntries)
-{
-    QList<SubscriptionTopic> topics;
-    QString error;
-    QString json = QStringLiteral(R"([{"path": "p:/a", "kind": "rows"}, {"path": "settings:/x", "kind": "value"}])");
-    ASSERT_TRUE(SubscriptionTopic::listFromVariant(VexaJson::parse(json.toUtf8(), nullptr), &topics, &error)) << error.toStdString();
-    ASSERT_EQ(topics.size(), 2);
-    EXPECT_EQ(topics.at(1).kind(), SubscriptionTopic::Kind::Value);
-
-    const char* bad[] = {
-        R"({"path": "p:/a", "kind": "rows"})",         // not a list
-        R"([{"path": "p:/a", "kind": "everything"}])", // unknown kind
-        R"([{"kind": "rows"}])",                       // no path
-        R"([{"path": 7, "kind": "rows"}])",            // path of the wrong type
-        R"([{"path": "p:/../etc", "kind": "rows"}])",  // escaping path
-        R"(["p:/a"])",                                 // entry not an object
-    };
-    for (const char* text : bad) {
-        QList<SubscriptionTopic> refused;
-        error.clear();
-        EXPECT_FALSE(SubscriptionTopic::listFromVariant(VexaJson::parse(text, nullptr), &refused, &error)) << text;
-        EXPECT_FALSE(error.isEmpty()) << text;
-    }
-}
