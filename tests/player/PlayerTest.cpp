@@ -23,33 +23,18 @@ const CMPath kLogicPath(QStringLiteral("fakeplay:/playlogic"));
 
 VexaRoles track(const QString& title, int seconds, const QString& uri = QString())
 {
-    VexaRoles roles;
-    roles.setTitle(title);
-    roles.setType(VexaRolesType::Audio);
-    VexaMediaResource resource;
-    resource.setUri(uri.isEmpty() ? QStringLiteral("test://") + title : uri);
-    resource.setDuration(seconds);
-    VexaMediaData media;
-    media.setResources({resource});
-    roles.setMediaData(media);
-    return roles;
+    const QVariantHash resource{{"uri", uri.isEmpty() ? "test://" + title : uri}, {"duration", seconds}};
+    return VexaRoles({{"title", title}, {"type", "audio"}, {"mediaData", QVariantHash{{"resources", QVariantList{resource}}}}});
 }
 
 VexaRoles container(const QList<VexaRoles>& tracks, const CMPath& playLogicPath = kLogicPath)
 {
-    VexaRoles roles;
-    roles.setTitle(QStringLiteral("Album"));
-    roles.setType(VexaRolesType::Container);
-    VexaMetaData meta;
-    meta.setPlayLogicPath(playLogicPath);
-    VexaMediaData media;
-    media.setMetaData(meta);
-    roles.setMediaData(media);
     QVariantList list;
     for (const VexaRoles& t : tracks)
         list.append(t.toVariant());
-    roles.insert(TestPlayLogic::Tracks(), list);
-    return roles;
+    const QVariantHash meta{{"playLogicPath", playLogicPath.toEncoded()}};
+    return VexaRoles({{"title", "Album"}, {"type", "container"}, {"mediaData", QVariantHash{{"metaData", meta}}},
+                      {TestPlayLogic::Tracks(), list}});
 }
 
 QVariantHash playControl(const VexaRoles& containerRoles, int index)

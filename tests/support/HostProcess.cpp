@@ -30,10 +30,6 @@ bool HostProcess::start(QString* error)
 {
     QString ignored;
     QString& why = error ? *error : ignored;
-    if (isRunning()) {
-        why = QStringLiteral("already running");
-        return false;
-    }
     if (!m_port)
         m_port = freePort();
     m_process = std::make_unique<QProcess>();
@@ -46,24 +42,15 @@ bool HostProcess::start(QString* error)
     m_process->setStandardErrorFile(m_root.path() + QStringLiteral("/host.log"), QIODevice::Append);
     m_process->setStandardOutputFile(m_root.path() + QStringLiteral("/host.log"), QIODevice::Append);
     m_process->start();
-    if (!m_process->waitForStarted(10000)) {
-        why = QStringLiteral("cannot start ") + QStringLiteral(VEXA_HOST_BINARY) + QStringLiteral(": ")
-            + m_process->errorString();
-        return false;
-    }
-    const HttpClient http(m_port);
     QElapsedTimer elapsed;
     elapsed.start();
-    while (elapsed.elapsed() < 15000) {
-        if (m_process->state() != QProcess::Running) {
-            why = QStringLiteral("the host exited: ") + QString::fromLocal8Bit(log());
-            return false;
-        }
-        if (http.get(QStringLiteral("/api/v1/openapi.json"), 2000).status == 200)
+    while (m_process->waitForStarted(10000) && m_process->state() == QProcess::Running && elapsed.elapsed() < 15000) {
+        if (client().get(QStringLiteral("/api/v1/openapi.json"), 2000).status == 200)
             return true;
         QThread::msleep(50);
     }
-    why = QStringLiteral("the host does not answer: ") + QString::fromLocal8Bit(log());
+    why = QStringLiteral("the host did not come up: ") + m_process->errorString() + QLatin1Char(' ')
+        + QString::fromLocal8Bit(log());
     return false;
 }
 
