@@ -145,8 +145,7 @@ TEST_F(PlayListTest, settingsWriteAndSignalOnlyOnChangeButNamesAlways)
     EXPECT_EQ(name.count(), 2);
     EXPECT_EQ(name.at(0), QVariantList({"p"}));
     EXPECT_EQ(writes(*pl), 5);
-    EXPECT_EQ(m_store.rows("SELECT name, shuffle, repeatAll FROM playlists WHERE uid = ?1", {pl->getUid()}),
-              QStringList({"p|1|0"}));
+    EXPECT_EQ(m_store.rows("SELECT name, shuffle, repeatAll FROM playlists WHERE uid = ?1", {pl->getUid()}), QStringList({"p|1|0"}));
 
     // A playlist the store does not know keeps the new value in its cache.
     PlayListRecord ghostRecord;
@@ -430,8 +429,7 @@ TEST_F(PlayListManagerTest, createdElementsGoInLocaleNameOrder)
     QList<PlayListBase*> made;
     for (const char* name : {"b", "Zebra", "A", "a", "\xc3\x84pfel", "a"})
         made.append(manager.createPlayList(QString::fromUtf8(name)));
-    EXPECT_EQ(names(manager.getAllPlayList()),
-              QStringList({"a", "a", "A", QString::fromUtf8("\xc3\x84pfel"), "b", "Zebra"}));
+    EXPECT_EQ(names(manager.getAllPlayList()), QStringList({"a", "a", "A", QString::fromUtf8("\xc3\x84pfel"), "b", "Zebra"}));
     // Equal names keep their order of arrival.
     EXPECT_EQ(manager.getAllPlayList().at(0), made.at(3));
     EXPECT_EQ(manager.getAllPlayList().at(1), made.at(5));
@@ -469,8 +467,7 @@ TEST_F(PlayListManagerTest, collectionsAnswerWithTheStoresVerdict)
 
     EXPECT_TRUE(col->addPlayList(pl));
     EXPECT_FALSE(col->addPlayList(pl));
-    EXPECT_TRUE(m_log.contains(ERROR_LOG_LEVEL, QString("Unable to add pl to collection, this=%1 pl=%2")
-                                                     .arg(col->getUid())
+    EXPECT_TRUE(m_log.contains(ERROR_LOG_LEVEL, QString("Unable to add pl to collection, this=%1 pl=%2").arg(col->getUid())
                                                      .arg(pl->getUid())));
     EXPECT_EQ(added.count(), 1);
     EXPECT_EQ(col->getPlayLists().size(), 1);
@@ -540,8 +537,7 @@ TEST_F(PlayListManagerTest, collectionSlicesAreClampedIntoTheList)
 {
     Database db(0, false);
     PlayListManager manager(&db);
-    const QList<int> made = {manager.createCollection(QString("a"))->getUid(),
-                             manager.createCollection(QString("b"))->getUid(),
+    const QList<int> made = {manager.createCollection(QString("a"))->getUid(), manager.createCollection(QString("b"))->getUid(),
                              manager.createCollection(QString("c"))->getUid()};
     EXPECT_EQ(uids(manager.getCollections(-5, 100)), made);
     EXPECT_EQ(uids(manager.getCollections(2, 0)), QList<int>({made.at(0)}));

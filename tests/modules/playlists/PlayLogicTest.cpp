@@ -1,4 +1,3 @@
-#include "../../play/FakePlayer.h"
 #include "Database.h"
 #include "PlayListBase.h"
 #include "PlayListManager.h"
@@ -6,6 +5,7 @@
 #include "TestSupport.h"
 
 #include <CMNodes.h>
+#include <VexaPlayer.h>
 #include <VexaPaths.h>
 #include <VexaPlayLogicChangePlayModeArgs.h>
 #include <VexaPlayLogicRequest.h>
@@ -19,6 +19,50 @@ using log4cplus::ERROR_LOG_LEVEL;
 using log4cplus::WARN_LOG_LEVEL;
 
 namespace {
+
+// A player that only notes what the play logic asks of it: the operation,
+// the track handed over (or a number: a stop reason, a play mode) and what
+// was published.
+class FakePlayer : public VexaPlayer
+{
+public:
+    struct Call
+    {
+        QString op;
+        VexaRoles roles;
+        int number = -1;
+        VexaPlayLogicData data;
+    };
+
+    bool playContainer(const VexaRoles& container, const VexaRoles&, int index, qint64, bool) override { return note({"playContainer", container, index}); }
+    bool stop(VexaPlayLogicStopReason::Enum reason) override { return note({"stop", {}, reason}); }
+    bool play(const CMPath&, const VexaRoles& roles, const QVariantHash&) override { return note({"play", roles}); }
+    bool setNextMedia(const CMPath&, const VexaRoles& roles, const QVariantHash&) override { return note({"setNextMedia", roles}); }
+    bool clearNextMedia(const CMPath&) override { return note({"clearNextMedia"}); }
+    void publishData(const CMPath&, const VexaPlayLogicData& data) override { note({"publishData", {}, -1, data}); }
+    void publishPlayMode(const CMPath&, VexaPlayerPlayMode::Enum mode) override { note({"publishPlayMode", {}, mode}); }
+    qint64 positionMs() const override { return position; }
+
+    QList<Call> callsOf(const QString& op) const
+    {
+        QList<Call> found;
+        for (const Call& call : calls) {
+            if (call.op == op)
+                found.append(call);
+        }
+        return found;
+    }
+
+    QList<Call> calls;
+    qint64 position = 0;
+
+private:
+    bool note(const Call& call)
+    {
+        calls.append(call);
+        return true;
+    }
+};
 
 // The module's play logic over a real store in a temporary directory, with a
 // player that only notes what it is asked.
@@ -50,8 +94,7 @@ protected:
     CMVoidReply start(PlayListBase* pl, int index)
     {
         return play(container(pl->getUid() == 0 ? VexaPlayListPqGetItemsPath()
-                                                : VexaPlayListPlGetItemsPath().appended(QString::number(pl->getUid()))),
-                    index);
+                                                : VexaPlayListPlGetItemsPath().appended(QString::number(pl->getUid()))), index);
     }
     CMVoidReply play(const VexaRoles& container, int index, int type = 1, const VexaRoles& track = VexaRoles())
     {
@@ -368,8 +411,7 @@ TEST_F(PlayLogicPlayback, aChangeOfModeSwitchesShuffleOnlyWhenItsShufflePartChan
             EXPECT_EQ(publishedMode(), to);
             EXPECT_EQ(m_logic.shuffleEnabled(), hasShuffle(to));
             EXPECT_EQ(pl->getShuffle(), hasShuffle(to));
-            EXPECT_EQ(m_logic.repeatMode(), to >= 4 ? PlayListPlayLogic::RepeatAll
-                                                    : to >= 2 ? PlayListPlayLogic::RepeatOne
+            EXPECT_EQ(m_logic.repeatMode(), to >= 4 ? PlayListPlayLogic::RepeatAll : to >= 2 ? PlayListPlayLogic::RepeatOne
                                                               : PlayListPlayLogic::RepeatNone);
             EXPECT_EQ(pl->getRepeatAll(), to >= 4);
             const int rebuilt = m_log.startingWith(QString("Enter PlayListPlayLogic::initShuffle")).size();

@@ -173,8 +173,7 @@ TEST_F(PlaybackApi, onlyTitledAudioTracksWithSomethingToPlayGoIn)
                                 raw(R"({"title": "Folder", "type": "container", "mediaData": {"resources": [{"uri": "test://f"}]}})"),
                                 raw(R"({"type": "audio", "mediaData": {"resources": [{"uri": "test://untitled"}]}})"),
                                 raw(R"({"title": "Silent", "type": "audio", "mediaData": {"resources": [{"uri": ""}]}})"), J::track("Ok")})
-                  .status,
-              200);
+                  .status, 200);
     EXPECT_EQ(column(kQueue), QStringList({"Pre", "Ok"}));
 }
 

@@ -2,23 +2,10 @@
 
 #include <log4cplus/spi/loggingevent.h>
 
-#include <QDir>
-
 #include <sqlite3.h>
 
 #include <atomic>
 #include <cstdio>
-
-WorkDir::WorkDir()
-    : m_previous(QDir::currentPath())
-{
-    QDir::setCurrent(m_dir.path());
-}
-
-WorkDir::~WorkDir()
-{
-    QDir::setCurrent(m_previous);
-}
 
 VexaPlayListItem TestItems::item(const QString& title)
 {
@@ -33,14 +20,6 @@ VexaPlayListItem TestItems::item(const QString& title)
     item.setServiceId("library");
     item.setVexaRoles("{\"title\":\"" + title + "\"}");
     return item;
-}
-
-QList<VexaPlayListItem> TestItems::make(int count, const QString& prefix)
-{
-    QList<VexaPlayListItem> items;
-    for (int i = 0; i < count; ++i)
-        items.append(item(prefix + QString::number(i)));
-    return items;
 }
 
 namespace {
@@ -89,14 +68,6 @@ QStringList StoreReader::rows(const char* sql, const QVariantList& args) const
     return result;
 }
 
-int StoreReader::scalar(const char* sql, const QVariantList& args) const
-{
-    const QStringList result = rows(sql, args);
-    bool ok = false;
-    const int value = result.isEmpty() ? 0 : result.first().toInt(&ok);
-    return ok ? value : -999;
-}
-
 bool StoreReader::exec(const char* sql, const QVariantList& args) const
 {
     sqlite3_stmt* stmt = nullptr;
@@ -106,74 +77,6 @@ bool StoreReader::exec(const char* sql, const QVariantList& args) const
     const int rc = sqlite3_step(stmt);
     sqlite3_finalize(stmt);
     return rc == SQLITE_DONE || rc == SQLITE_ROW;
-}
-
-QStringList StoreReader::entries(int playlist) const
-{
-    return rows("SELECT pi.sequenceNumber, i.title FROM playlists_items pi JOIN items i ON i.uid = pi.item"
-                " WHERE pi.playlist = ?1 ORDER BY pi.sequenceNumber",
-                {playlist});
-}
-
-QStringList StoreReader::snapshot() const
-{
-    return rows("SELECT 'pi', playlist, item, sequenceNumber FROM playlists_items"
-                " UNION ALL SELECT 'it', uid, title, url FROM items"
-                " UNION ALL SELECT 'pl', uid, name, lastPlayedIndex FROM playlists"
-                " ORDER BY 1, 2, 3, 4");
-}
-
-LogCapture::LogCapture(const char* loggerName, int level)
-    : m_logger(log4cplus::Logger::getInstance(loggerName))
-    , m_previousLevel(m_logger.getLogLevel())
-    , m_appender(new Appender)
-{
-    m_logger.setLogLevel(level);
-    m_logger.addAppender(log4cplus::SharedAppenderPtr(m_appender.get()));
-}
-
-LogCapture::~LogCapture()
-{
-    m_logger.removeAppender(log4cplus::SharedAppenderPtr(m_appender.get()));
-    m_logger.setLogLevel(m_previousLevel);
-}
-
-QList<QPair<int, QString>> LogCapture::events() const
-{
-    std::lock_guard<std::mutex> lock(m_appender->mutex);
-    return m_appender->events;
-}
-
-QStringList LogCapture::messages(int level) const
-{
-    QStringList result;
-    for (const auto& event : events()) {
-        if (event.first == level)
-            result.append(event.second);
-    }
-    return result;
-}
-
-QStringList LogCapture::startingWith(const QString& prefix) const
-{
-    QStringList result;
-    for (const auto& event : events()) {
-        if (event.second.startsWith(prefix))
-            result.append(event.second);
-    }
-    return result;
-}
-
-void LogCapture::clear()
-{
-    std::lock_guard<std::mutex> lock(m_appender->mutex);
-    m_appender->events.clear();
-}
-
-void LogCapture::echoToStderr()
-{
-    std::lock_guard<std::mutex> lock(m_appender->mutex);
-    m_appender->echo = true;
 }
 
 void LogCapture::Appender::append(const log4cplus::spi::InternalLoggingEvent& event)

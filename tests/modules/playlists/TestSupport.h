@@ -5,6 +5,7 @@
 #include <log4cplus/appender.h>
 #include <log4cplus/logger.h>
 
+#include <QDir>
 #include <QList>
 #include <QPair>
 #include <QString>
@@ -22,8 +23,8 @@ struct sqlite3;
 class WorkDir
 {
 public:
-    WorkDir();
-    ~WorkDir();
+    WorkDir() : m_previous(QDir::currentPath()) { QDir::setCurrent(m_dir.path()); }
+    ~WorkDir() { QDir::setCurrent(m_previous); }
 
 private:
     QTemporaryDir m_dir;
@@ -35,7 +36,13 @@ private:
 struct TestItems
 {
     static VexaPlayListItem item(const QString& title);
-    static QList<VexaPlayListItem> make(int count, const QString& prefix);
+    static QList<VexaPlayListItem> make(int count, const QString& prefix)
+    {
+        QList<VexaPlayListItem> items;
+        for (int i = 0; i < count; ++i)
+            items.append(item(prefix + QString::number(i)));
+        return items;
+    }
 };
 
 // A second, plain connection to a store file (by default the one under the
@@ -49,13 +56,26 @@ public:
 
     // Every row as text, columns joined by '|' (NULL shows as "<null>").
     QStringList rows(const char* sql, const QVariantList& args = QVariantList()) const;
-    int scalar(const char* sql, const QVariantList& args = QVariantList()) const;
+    int scalar(const char* sql, const QVariantList& args = QVariantList()) const
+    {
+        bool ok = false;
+        const int value = rows(sql, args).value(0).toInt(&ok);
+        return ok ? value : -999;
+    }
     // Runs a statement; true when it succeeded.
     bool exec(const char* sql, const QVariantList& args = QVariantList()) const;
     // "seq|title" for each entry of a playlist, in sequence order.
-    QStringList entries(int playlist) const;
+    QStringList entries(int playlist) const
+    {
+        return rows("SELECT pi.sequenceNumber, i.title FROM playlists_items pi JOIN items i ON i.uid = pi.item"
+                    " WHERE pi.playlist = ?1 ORDER BY pi.sequenceNumber", {playlist});
+    }
     // Every row of the tables that hold entries, for before/after comparisons.
-    QStringList snapshot() const;
+    QStringList snapshot() const
+    {
+        return rows("SELECT 'pi', playlist, item, sequenceNumber FROM playlists_items UNION ALL SELECT 'it', uid, title, url FROM items"
+                    " UNION ALL SELECT 'pl', uid, name, lastPlayedIndex FROM playlists ORDER BY 1, 2, 3, 4");
+    }
 
 private:
     sqlite3* m_db = nullptr;
@@ -66,35 +86,59 @@ private:
 class LogCapture
 {
 public:
-    explicit LogCapture(const char* loggerName = "PlayLists", int level = log4cplus::TRACE_LOG_LEVEL);
-    ~LogCapture();
+    explicit LogCapture(const char* loggerName = "PlayLists", int level = log4cplus::TRACE_LOG_LEVEL)
+        : m_logger(log4cplus::Logger::getInstance(loggerName)), m_previousLevel(m_logger.getLogLevel()), m_appender(new Appender)
+    {
+        m_logger.setLogLevel(level);
+        m_logger.addAppender(log4cplus::SharedAppenderPtr(m_appender.get()));
+    }
+    ~LogCapture()
+    {
+        m_logger.removeAppender(log4cplus::SharedAppenderPtr(m_appender.get()));
+        m_logger.setLogLevel(m_previousLevel);
+    }
 
-    // Messages at exactly this level, oldest first.
-    QStringList messages(int level) const;
+    // Messages at exactly this level (any level: -1), or only those that
+    // start with prefix, oldest first.
+    QStringList messages(int level, const QString& prefix = QString()) const
+    {
+        std::lock_guard<std::mutex> lock(m_appender->mutex);
+        QStringList result;
+        for (const auto& event : m_appender->events) {
+            if ((level < 0 || event.first == level) && event.second.startsWith(prefix))
+                result.append(event.second);
+        }
+        return result;
+    }
     bool contains(int level, const QString& message) const { return messages(level).contains(message); }
     int count(int level, const QString& message) const { return messages(level).count(message); }
-    // Messages at any level that start with prefix.
-    QStringList startingWith(const QString& prefix) const;
-    void clear();
+    QStringList startingWith(const QString& prefix) const { return messages(-1, prefix); }
+    void clear()
+    {
+        std::lock_guard<std::mutex> lock(m_appender->mutex);
+        m_appender->events.clear();
+    }
     // Also writes each event to stderr, where death tests look for it.
-    void echoToStderr();
+    void echoToStderr()
+    {
+        std::lock_guard<std::mutex> lock(m_appender->mutex);
+        m_appender->echo = true;
+    }
 
+private:
     class Appender : public log4cplus::Appender
     {
     public:
         ~Appender() override { destructorImpl(); }
         void close() override { closed = true; }
 
-        mutable std::mutex mutex;
+        std::mutex mutex;
         QList<QPair<int, QString>> events;
         bool echo = false;
 
     protected:
         void append(const log4cplus::spi::InternalLoggingEvent& event) override;
     };
-
-private:
-    QList<QPair<int, QString>> events() const;
 
     log4cplus::Logger m_logger;
     int m_previousLevel;
