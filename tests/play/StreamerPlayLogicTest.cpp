@@ -52,15 +52,6 @@ public:
             names.append(call.op);
         return names;
     }
-    QList<Call> callsOf(const QString& op) const
-    {
-        QList<Call> found;
-        for (const Call& call : calls) {
-            if (call.op == op)
-                found.append(call);
-        }
-        return found;
-    }
 
     QList<Call> calls;
     qint64 position = 0;
@@ -164,10 +155,7 @@ const CMPath kPath("probe:/playlogic");
 
 VexaRoles track(const QString& title)
 {
-    VexaRoles roles;
-    roles.setTitle(title);
-    roles.setType(VexaRolesType::Audio);
-    return roles;
+    return VexaRoles({{"title", title}, {"type", "audio"}});
 }
 
 class StreamerPlayLogicTest : public ::testing::Test
@@ -372,8 +360,8 @@ TEST_F(StreamerPlayLogicTest, ChangePlayModePublishesKnownModesOnly)
     reply = send(logic, command("changePlayMode", {{"playMode", 3}}));
     EXPECT_FALSE(reply.hasError());
     EXPECT_EQ(logic.playMode(), VexaPlayerPlayMode::ShuffleRepeatOne);
-    const QList<FakePlayer::Call> published = m_player.callsOf("publishPlayMode");
-    ASSERT_EQ(published.size(), 2);
+    ASSERT_EQ(m_player.ops(), QStringList({"publishPlayMode", "publishPlayMode"}));
+    const QList<FakePlayer::Call>& published = m_player.calls;
     EXPECT_EQ(published.at(0).number, int(VexaPlayerPlayMode::RepeatAll));
     EXPECT_EQ(published.at(1).number, int(VexaPlayerPlayMode::ShuffleRepeatOne));
     EXPECT_EQ(published.at(1).path, kPath);
