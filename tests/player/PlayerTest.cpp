@@ -158,12 +158,9 @@ TEST_F(PlayerTest, AQueuePlaysThroughWithoutGapsAndEnds)
                            "mediaPlaybackStarted", "prepareNextMedia", "playbackEnded"}));
     const QList<RecordingPlayLogic::Event> started = logic()->eventsNamed("mediaPlaybackStarted");
     ASSERT_EQ(started.size(), 3);
-    EXPECT_TRUE(started[0].oldRoles.isEmpty());
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(started[i].newRoles, tracks[i]) << i;
-        if (i > 0) {
-            EXPECT_EQ(started[i].oldRoles, tracks[i - 1]) << i;
-        }
+        EXPECT_EQ(started[i].oldRoles, i ? tracks[i - 1] : VexaRoles()) << i;
     }
     for (const RecordingPlayLogic::Event& prepare : logic()->eventsNamed("prepareNextMedia")) {
         EXPECT_GE(prepare.playTimeMs, 30000 - Player::PrepareAheadMs);

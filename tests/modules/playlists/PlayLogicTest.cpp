@@ -3,6 +3,7 @@
 #include "PlayListManager.h"
 #include "PlayListPlayLogic.h"
 #include "TestSupport.h"
+#include "../../play/FakePlayer.h"
 
 #include <CMNodes.h>
 #include <VexaPlayer.h>
@@ -19,50 +20,6 @@ using log4cplus::ERROR_LOG_LEVEL;
 using log4cplus::WARN_LOG_LEVEL;
 
 namespace {
-
-// A player that only notes what the play logic asks of it: the operation,
-// the track handed over (or a number: a stop reason, a play mode) and what
-// was published.
-class FakePlayer : public VexaPlayer
-{
-public:
-    struct Call
-    {
-        QString op;
-        VexaRoles roles;
-        int number = -1;
-        VexaPlayLogicData data;
-    };
-
-    bool playContainer(const VexaRoles& container, const VexaRoles&, int index, qint64, bool) override { return note({"playContainer", container, index}); }
-    bool stop(VexaPlayLogicStopReason::Enum reason) override { return note({"stop", {}, reason}); }
-    bool play(const CMPath&, const VexaRoles& roles, const QVariantHash&) override { return note({"play", roles}); }
-    bool setNextMedia(const CMPath&, const VexaRoles& roles, const QVariantHash&) override { return note({"setNextMedia", roles}); }
-    bool clearNextMedia(const CMPath&) override { return note({"clearNextMedia"}); }
-    void publishData(const CMPath&, const VexaPlayLogicData& data) override { note({"publishData", {}, -1, data}); }
-    void publishPlayMode(const CMPath&, VexaPlayerPlayMode::Enum mode) override { note({"publishPlayMode", {}, mode}); }
-    qint64 positionMs() const override { return position; }
-
-    QList<Call> callsOf(const QString& op) const
-    {
-        QList<Call> found;
-        for (const Call& call : calls) {
-            if (call.op == op)
-                found.append(call);
-        }
-        return found;
-    }
-
-    QList<Call> calls;
-    qint64 position = 0;
-
-private:
-    bool note(const Call& call)
-    {
-        calls.append(call);
-        return true;
-    }
-};
 
 // The module's play logic over a real store in a temporary directory, with a
 // player that only notes what it is asked.
