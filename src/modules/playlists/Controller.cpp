@@ -189,6 +189,14 @@ bool Controller::checkPlayListId(const int& plid, const QString& prefix, QString
     return false;
 }
 
+PlayListBase* Controller::findPlayList(int plid, const QString& prefix, QString& msg)
+{
+    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
+    if (!checkPlayList(playlist, plid, prefix, msg))
+        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    return playlist;
+}
+
 bool Controller::plCreate(CMSetDataRequest request, QString& msg, int& uid)
 {
     PLAYLISTS_LOG_ENTER(logger(), "");
@@ -274,11 +282,9 @@ bool Controller::plSetName(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot rename playlist id:" << plid << " to empty string");
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     playlist->setName(name);
     LOG4CPLUS_INFO(logger(), "Playlist id:" << plid << " successfully renamed to: " << name);
     msg = buildOkMsg(CONTROLLER_TR("Playlist renamed successfully."), name, QString());
@@ -302,11 +308,9 @@ bool Controller::plSetShuffle(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot set shuffle mode: " << mode);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     playlist->setShuffle(mode == VexaPlayListPlShuffleMode::On);
     LOG4CPLUS_INFO(logger(), "Playlist id:" << plid << " set shuffle: " << mode);
     msg = buildOkMsg(CONTROLLER_TR("Playlist shuffle mode changed successfully."), playlist->getName(), QString());
@@ -329,11 +333,9 @@ bool Controller::plSetRepeat(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot set repeat mode: " << mode);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     playlist->setRepeatAll(mode == VexaPlayListPlRepeatMode::All);
     LOG4CPLUS_INFO(logger(), "Playlist id:" << plid << " set repeat all: " << mode);
     msg = buildOkMsg(CONTROLLER_TR("Playlist repeat mode changed successfully."), playlist->getName(), QString());
@@ -354,11 +356,9 @@ bool Controller::plDelete(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot delete playqueue");
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     const QString name = playlist->getName();
     if (!m_manager->deletePlayList(playlist)) {
         msg = buildErrMsg(prefix, CONTROLLER_TR("Delete playlist error."), QString());
@@ -441,11 +441,9 @@ bool Controller::plClearItems(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot clear items from invalid playlist id: " << plid);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     if (!playlist->clearItems()) {
         msg = buildErrMsg(prefix, CONTROLLER_TR("Clear playlist failed."), QString());
         LOG4CPLUS_ERROR(logger(), "Clear playlist id: " << plid << " failed");
@@ -478,11 +476,9 @@ bool Controller::plMoveItems(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot move items to negative position in playlist id: " << plid);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     // The playlist clamps what it is given, but a position or a paired target
     // outside the list would leave a gap in its numbering: such a request is
     // refused before anything moves.
@@ -526,11 +522,9 @@ bool Controller::plRemoveItems(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot delete zero items from playlist id: " << plid);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     const int removed = playlist->removeItems(items);
     LOG4CPLUS_TRACE(logger(), "numItemsChanged " << removed);
     if (removed <= 0) {
@@ -552,11 +546,9 @@ bool Controller::plPlay(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot play invalid playlist id: " << plid);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     if (playlist->getSize() == 0) {
         msg = buildErrMsg(prefix, CONTROLLER_TR("There are no items in the playlist."), playlist->getName());
         return false;
@@ -773,11 +765,9 @@ bool Controller::plAddExternalItems(CMSetDataRequest request, QString& msg)
         LOG4CPLUS_ERROR(logger(), "Cannot add zero items to playlist id: " << plid);
         return false;
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Playlist id: " << plid << " doesn't exist");
+    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    if (!playlist)
         return false;
-    }
     QString addMsg;
     const int res = addItemsToPlaylist(playlist, items, position, &addMsg);
     LOG4CPLUS_TRACE(logger(), "addItemsRes: " << res);

@@ -82,6 +82,8 @@ public slots:
 private:
     // Reads the add position; a mode that is present but names no position
     // is refused, an absent one appends.
+    // The playlist plid, or null with the playlist check's text in msg and its log line.
+    PlayListBase* findPlayList(int plid, const QString& prefix, QString& msg);
     void replyCreated(const CMSetDataRequest& request, bool ok, const int& uid, const QString& msg);
     bool readPosition(const QVariant& mode, const QString& prefix, VexaPlayListAddPosition::Enum* position,
                       QString& errMsg);
