@@ -53,6 +53,12 @@ QStringList CMPath::splitBase() const
     return m_path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
 }
 
+QString CMPath::lastSegment() const
+{
+    const QStringList parts = splitBase();
+    return parts.isEmpty() ? QString() : parts.last();
+}
+
 CMPath CMPath::appended(const QString& segment) const
 {
     CMPath p(*this);

@@ -32,6 +32,8 @@ public:
 
     // The path split at '/' without empty parts: "/tracks/12" gives "tracks", "12".
     QStringList splitBase() const;
+    // The last of those parts; empty when there is none.
+    QString lastSegment() const;
 
     // This path with "/" + segment appended to its path part.
     CMPath appended(const QString& segment) const;

@@ -14,6 +14,8 @@ TEST(CMPath, ParsesPrefixPathAndParametersInOrder)
     EXPECT_EQ(p.base(), "playlists:/menu/playlist");
     EXPECT_EQ(CMPath("playlists:/tracks/12").splitBase(), QStringList({"tracks", "12"}));
     EXPECT_EQ(CMPath("x:/a//b/").splitBase(), QStringList({"a", "b"}));
+    EXPECT_EQ(CMPath("playlists:/tracks/12?x=1").lastSegment(), "12");
+    EXPECT_EQ(CMPath("p:").lastSegment(), QString());
 }
 
 TEST(CMPath, AddingAnExistingNameReplacesItsValueInPlace)

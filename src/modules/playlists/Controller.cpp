@@ -806,7 +806,7 @@ QVariantList Controller::preparePlaylistItems(const QStringList& paths)
     PLAYLISTS_LOG_ENTER(logger(), "");
     QVariantList items;
     for (const QString& text : paths) {
-        const QString last = CMPath(text).splitBase().value(CMPath(text).splitBase().size() - 1);
+        const QString last = CMPath(text).lastSegment();
         bool ok = false;
         const int uid = last.toInt(&ok, 10);
         if (!ok) {

@@ -461,7 +461,7 @@ void PlayListPlayLogic::startPlayback(const CMPath& path, int index, CMSetDataRe
                                       << ": " << "pl=" << path << " track=" << index);
     PlayListBase* pl = nullptr;
     if (path.startsWith(VexaPlayListPlGetItemsPath())) {
-        const int uid = path.splitBase().value(path.splitBase().size() - 1).toInt();
+        const int uid = path.lastSegment().toInt();
         if (uid == 0) {
             LOG4CPLUS_ERROR(logger(), "playInternal called for invalid playlist container " << path);
             request.reply().setError(CMError(QStringLiteral("PlayList Error"), CMError::DefaultTitle(),

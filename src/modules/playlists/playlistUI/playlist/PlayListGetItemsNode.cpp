@@ -16,7 +16,7 @@ PlayListGetItemsNode* PlayListGetItemsNode::create(CMNodes* nodes, const CMPath&
 bool PlayListGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
 {
     PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "request=" << request.index());
-    const int uid = toInt(path().splitBase().value(path().splitBase().size() - 1), -1);
+    const int uid = toInt(path().lastSegment(), -1);
     LOG4CPLUS_TRACE(PlayListsLog::logger(), "plid: " << uid);
     PlayListBase* playlist = m_manager ? m_manager->getPlayListByUid(uid) : nullptr;
     const QString name = playlist ? playlist->getName() : QString();
