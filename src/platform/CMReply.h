@@ -8,6 +8,11 @@
 
 #include <memory>
 
+// What a reply reports when its data is not of the type a success handler
+// expects; the report is an ERROR line on logger "CMReply".
+VEXA_API QString cmReplyWrongTypeText();
+VEXA_API void cmReplyReportWrongType();
+
 // A handle on a reply's shared state. Copies share it: whoever holds a copy
 // can complete the reply, wait for it or watch it.
 template <typename T>
@@ -24,6 +29,20 @@ public:
     CMError error() const { return d->error(); }
     bool waitForFinished(int msecs = -1) const { return d->waitForFinished(msecs); }
     void onFinished(std::function<void()> fn) const { d->onFinished(std::move(fn)); }
+
+    // The data as a V, for a success handler that expects one; false, with
+    // the wrong type reported, when the data is not a V.
+    template <typename V>
+    bool dataAs(V* out) const
+    {
+        const QVariant value = QVariant::fromValue(d->data());
+        if (value.userType() != qMetaTypeId<V>()) {
+            cmReplyReportWrongType();
+            return false;
+        }
+        *out = value.value<V>();
+        return true;
+    }
 
     // Calls fn with the data when the reply succeeds, on context's thread
     // (at once when that is the completing thread). Dropped if context is gone.

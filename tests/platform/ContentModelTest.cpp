@@ -192,3 +192,18 @@ TEST(CMNodes, FindsByBasePathAndForgetsReleasedNodes)
     replacement->release();
     EXPECT_EQ(nodes.find(CMPath("p:/menu")), nullptr);
 }
+
+TEST(CMReply, DataOfAnotherTypeThanExpectedIsRefused)
+{
+    CMReply<QVariant> reply;
+    reply.setData(QVariantHash{{QStringLiteral("xclass"), QStringLiteral("VexaActionReply")}});
+    QVariantHash hash;
+    ASSERT_TRUE(reply.dataAs(&hash));
+    EXPECT_EQ(hash.value(QStringLiteral("xclass")).toString(), "VexaActionReply");
+
+    CMReply<QVariant> text;
+    text.setData(QStringLiteral("not a hash"));
+    EXPECT_FALSE(text.dataAs(&hash));
+    EXPECT_EQ(hash.value(QStringLiteral("xclass")).toString(), "VexaActionReply");
+    EXPECT_FALSE(CMReply<QVariant>().dataAs(&hash));
+}

@@ -204,7 +204,13 @@ void BaseNode::passReply(const CMReply<QVariant>& reply, const CMSetDataRequest&
         request.reply().setData(reply.data());
         return;
     }
-    VexaActionReply answer(reply.data().toHash());
+    QVariantHash value;
+    if (!reply.dataAs(&value)) {
+        request.reply().setError(CMError(CMError::DefaultName(), CMError::DefaultTitle(),
+                                         TrString(cmReplyWrongTypeText())));
+        return;
+    }
+    VexaActionReply answer(value);
     answer.setEvents(answer.events() + QList<VexaEvent>{genClosePathEvent()});
     request.reply().setData(answer.toVariant());
 }
