@@ -8,6 +8,23 @@
 
 #include <limits>
 
+namespace {
+
+// A row bound: any whole number, held to the range of int at its ends.
+bool readRow(const QString& text, int* row, QString* error)
+{
+    bool ok = false;
+    const qlonglong value = text.trimmed().toLongLong(&ok, 10);
+    if (!ok) {
+        *error = QStringLiteral("'%1' is not a whole number").arg(text);
+        return false;
+    }
+    *row = int(qBound<qlonglong>(std::numeric_limits<int>::min(), value, std::numeric_limits<int>::max()));
+    return true;
+}
+
+} // namespace
+
 ContentApi::ContentApi(CMRootWorker* root) : m_root(root) {}
 
 ApiResult ContentApi::rows(const ApiRequest& request)
@@ -18,15 +35,16 @@ ApiResult ContentApi::rows(const ApiRequest& request)
                                                                          : QVariant();
     if (!ApiInput::readPath(pathArg, &path, &error))
         return ApiResult::ready(ApiResponse::badRequest(error));
+    // Any whole numbers pass: the nodes clamp the range to their rows. The
+    // host only bounds how many rows one page may carry, counted from where
+    // the page really starts.
     int from = 0;
-    if (request.hasArgument(QStringLiteral("from"))
-        && !ApiInput::readInt(request.argument(QStringLiteral("from")), 0, std::numeric_limits<int>::max() - MaxPageRows,
-                              &from, &error))
+    if (request.hasArgument(QStringLiteral("from")) && !readRow(request.argument(QStringLiteral("from")), &from, &error))
         return ApiResult::ready(ApiResponse::badRequest(QStringLiteral("from: ") + error));
-    int to = from + 99;
-    if (request.hasArgument(QStringLiteral("to"))
-        && !ApiInput::readInt(request.argument(QStringLiteral("to")), from, from + MaxPageRows - 1, &to, &error))
+    int to = int(qMin<qint64>(qint64(from) + 99, std::numeric_limits<int>::max()));
+    if (request.hasArgument(QStringLiteral("to")) && !readRow(request.argument(QStringLiteral("to")), &to, &error))
         return ApiResult::ready(ApiResponse::badRequest(QStringLiteral("to: ") + error));
+    to = int(qMin<qint64>(to, qint64(qMax(from, 0)) + MaxPageRows - 1));
     const QStringList roles = ApiInput::readRoles(request.argument(QStringLiteral("roles")));
 
     const CMReply<QVariant> reply;

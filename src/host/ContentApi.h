@@ -12,7 +12,7 @@ class CMRootWorker;
 class ContentApi
 {
 public:
-    // The largest page one rows request may ask for.
+    // The most rows one page carries: a longer range is cut, not refused.
     static constexpr int MaxPageRows = 10000;
 
     explicit ContentApi(CMRootWorker* root);

@@ -163,8 +163,15 @@ void Player::publishData(const CMPath& playLogicPath, const VexaPlayLogicData& d
 {
     const Lock lock(m_mutex);
     m_data.insert(playLogicPath.base(), data);
-    if (isCurrentLocked(playLogicPath))
-        announceStatusLocked();
+    if (!isCurrentLocked(playLogicPath))
+        return;
+    // The play logic owns how its running track is shown (its sequence
+    // number follows edits of the list); roles of a track that no longer
+    // plays, published before the player moved on, are not taken.
+    const VexaRoles published = data.trackRoles();
+    if (m_state != State::Stopped && !published.isEmpty() && isSameTrack(published, m_track))
+        m_track = published;
+    announceStatusLocked();
 }
 
 void Player::publishPlayMode(const CMPath& playLogicPath, VexaPlayerPlayMode::Enum mode)
@@ -591,6 +598,15 @@ void Player::announceLocked()
 }
 
 // --- Tracks ------------------------------------------------------------------------
+
+bool Player::isSameTrack(const VexaRoles& a, const VexaRoles& b)
+{
+    VexaRoles withoutValueA = a;
+    VexaRoles withoutValueB = b;
+    withoutValueA.remove(VexaRoles::Value());
+    withoutValueB.remove(VexaRoles::Value());
+    return withoutValueA == withoutValueB;
+}
 
 qint64 Player::durationOf(const VexaRoles& trackRoles)
 {

@@ -115,6 +115,8 @@ private:
     void announcePlayModeLocked();
     void announceLocked();
 
+    // Whether two roles describe the same track, whatever their values say.
+    static bool isSameTrack(const VexaRoles& a, const VexaRoles& b);
     static qint64 durationOf(const VexaRoles& trackRoles);
     static VexaError startErrorOf(const VexaRoles& trackRoles);
     static QString stateName(State state);

@@ -17,9 +17,9 @@ HttpReply ApiCalls::read(const char* call, const QString& path, const QString& r
     QList<QPair<QString, QString>> arguments{{QStringLiteral("path"), path}};
     if (!roles.isNull())
         arguments.append({QStringLiteral("roles"), roles});
-    if (from >= 0)
+    if (from != NoRow)
         arguments.append({QStringLiteral("from"), QString::number(from)});
-    if (to >= 0)
+    if (to != NoRow)
         arguments.append({QStringLiteral("to"), QString::number(to)});
     return m_client.get(QStringLiteral("/api/v1/%1?").arg(QLatin1String(call)) + HttpClient::query(arguments));
 }

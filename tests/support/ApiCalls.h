@@ -2,6 +2,8 @@
 
 #include "HttpClient.h"
 
+#include <limits>
+
 // The host API's calls as a test makes them, with paths encoded properly.
 class ApiCalls
 {
@@ -9,9 +11,12 @@ public:
     // (kind, path) pairs for subscriptions: kind "rows" or "value".
     using Topics = QList<QPair<QString, QString>>;
 
+    // A row bound that the request leaves out.
+    static constexpr int NoRow = std::numeric_limits<int>::min();
+
     explicit ApiCalls(const HttpClient& client) : m_client(client) {}
 
-    HttpReply rows(const QString& path, const QString& roles = QString(), int from = -1, int to = -1) const
+    HttpReply rows(const QString& path, const QString& roles = QString(), int from = NoRow, int to = NoRow) const
     {
         return read("rows", path, roles, from, to);
     }
@@ -31,7 +36,7 @@ public:
     static QVariantHash i32(int v) { return {{QStringLiteral("type"), QStringLiteral("i32_")}, {QStringLiteral("i32_"), v}}; }
 
 private:
-    HttpReply read(const char* call, const QString& path, const QString& roles, int from = -1, int to = -1) const;
+    HttpReply read(const char* call, const QString& path, const QString& roles, int from = NoRow, int to = NoRow) const;
 
     HttpClient m_client;
 };

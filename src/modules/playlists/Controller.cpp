@@ -59,6 +59,18 @@ QList<int> moveTargets(const QList<int>& indices, int to)
     return targets;
 }
 
+// The add position of a command's "mode": append when it has none.
+VexaPlayListAddPosition::Enum readPosition(const QVariant& mode)
+{
+    if (!mode.isValid() || mode.isNull())
+        return VexaPlayListAddPosition::Append;
+    // The store decides what a position means (every one appends to an
+    // empty playlist); a name that is no position is a value it does not know.
+    bool ok = false;
+    const VexaPlayListAddPosition::Enum position = VexaPlayListAddPosition::fromVariant(mode, &ok);
+    return ok ? position : VexaPlayListAddPosition::Enum(-1);
+}
+
 } // namespace
 
 Controller::Controller(PlayListWorker* worker, PlayListManager* manager)
@@ -595,7 +607,8 @@ void Controller::plAddItems(CMSetDataRequest request)
             paths.append(VexaPlayListItemPath().appended(QString::number(item.uid())));
         properties.wholePlaylist = true;
     }
-    if (!checkPlayListId(properties.plid, prefix, msg) || !readPosition(record.mode(), prefix, &properties.position, msg)) {
+    properties.position = readPosition(record.mode());
+    if (!checkPlayListId(properties.plid, prefix, msg)) {
         setReply(request, false, msg);
         return;
     }
@@ -753,13 +766,11 @@ bool Controller::plAddExternalItems(CMSetDataRequest request, QString& msg)
     const VexaPlayListPlAddExternalItems record(valueHash(request));
     const int plid = record.plid();
     const QList<VexaPlayListItem> items = record.items();
-    VexaPlayListAddPosition::Enum position = VexaPlayListAddPosition::Append;
+    const VexaPlayListAddPosition::Enum position = readPosition(record.mode());
     if (!checkPlayListId(plid, prefix, msg)) {
         LOG4CPLUS_ERROR(logger(), "Cannot add items to invalid playlist id: " << plid);
         return false;
     }
-    if (!readPosition(record.mode(), prefix, &position, msg))
-        return false;
     if (items.isEmpty()) {
         msg = buildErrMsg(prefix, CONTROLLER_TR("Please select one or more items to add."), QString());
         LOG4CPLUS_ERROR(logger(), "Cannot add zero items to playlist id: " << plid);
@@ -768,11 +779,12 @@ bool Controller::plAddExternalItems(CMSetDataRequest request, QString& msg)
     PlayListBase* playlist = findPlayList(plid, prefix, msg);
     if (!playlist)
         return false;
+    // The reason stays in the log: this command answers with the bare sentence.
     QString addMsg;
     const int res = addItemsToPlaylist(playlist, items, position, &addMsg);
     LOG4CPLUS_TRACE(logger(), "addItemsRes: " << res);
     if (res < 1) {
-        msg = buildErrMsg(prefix, CONTROLLER_TR("No items were added."), addMsg);
+        msg = buildErrMsg(prefix, CONTROLLER_TR("No items were added."), QString());
         LOG4CPLUS_TRACE(logger(), "No items were added to playlist id: " << plid);
         return false;
     }
@@ -855,22 +867,4 @@ int Controller::firstAddedNow(const PlayListBase* playlist, int added) const
     const int last = playlist->getLastSequenceNumber();
     const int sizeBefore = playlist->getSize() - added;
     return last >= 0 && last + 1 <= sizeBefore ? last + 1 : sizeBefore;
-}
-
-bool Controller::readPosition(const QVariant& mode, const QString& prefix, VexaPlayListAddPosition::Enum* position,
-                              QString& errMsg)
-{
-    if (!mode.isValid() || mode.isNull()) {
-        *position = VexaPlayListAddPosition::Append;
-        return true;
-    }
-    bool ok = false;
-    const int value = VexaPlayListAddPosition::fromVariant(mode, &ok);
-    if (!ok || value < VexaPlayListAddPosition::Now || value > VexaPlayListAddPosition::Append) {
-        errMsg = buildErrMsg(prefix, CONTROLLER_TR("Invalid add mode."), QStringLiteral("mode"));
-        LOG4CPLUS_ERROR(logger(), "Invalid add mode: " << mode);
-        return false;
-    }
-    *position = VexaPlayListAddPosition::Enum(value);
-    return true;
 }

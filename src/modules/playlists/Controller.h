@@ -85,8 +85,6 @@ private:
     // The playlist plid, or null with the playlist check's text in msg and its log line.
     PlayListBase* findPlayList(int plid, const QString& prefix, QString& msg);
     void replyCreated(const CMSetDataRequest& request, bool ok, const int& uid, const QString& msg);
-    bool readPosition(const QVariant& mode, const QString& prefix, VexaPlayListAddPosition::Enum* position,
-                      QString& errMsg);
     // The sequence number of the first of added entries just added to playlist with position "now".
     int firstAddedNow(const PlayListBase* playlist, int added) const;
 

@@ -232,6 +232,20 @@ TEST_F(BrowseApiLargePlaylist, APageOfTenThousandEntriesReadsOnlyTheRowsAskedFor
     EXPECT_EQ(end.value("rows").toList().last().toList().value(0), "T9999");
     EXPECT_EQ(storeReadsSince(mark).size(), 1);
     EXPECT_TRUE(logHas(mark, "sent reply with 10 lines"));
+
+    // Any range reaches the list, which clamps it: a negative start reads
+    // from 0; a built list answers a start past the end with the end row.
+    const auto titles = [&](const char* path, int from, int to) {
+        QStringList result;
+        for (const QVariant& row : m_pl.rows(path, "title", from, to).value("rows").toList())
+            result.append(row.toList().value(0).toString());
+        return result;
+    };
+    EXPECT_EQ(titles("playlists:/tracks/1", -5, 2), QStringList({"T0", "T1", "T2"}));
+    EXPECT_EQ(titles("playlists:/root", 4, 2), QStringList({"Create New Playlist"}));
+    const QStringList all = titles("playlists:/tracks/1", -5, 20000);
+    EXPECT_EQ(all.size(), 10000);
+    EXPECT_EQ(all.value(9999), "T9999");
 }
 
 } // namespace

@@ -88,8 +88,9 @@ TEST_F(CommandsApiReplies, EveryCommandAnswersTrueOrTheNewUidAndDoesWhatItSays)
     EXPECT_TRUE(ok("remove-from-collection", R"({"clid": 1, "plid": 2})"));
     EXPECT_EQ(storeRows("collections_playlists"), QStringList({"collections_playlists|1|1"}));
 
-    // Content of another module arrives through its prepare-items.
-    EXPECT_TRUE(ok("add-items", R"({"plid": 2, "items": ["testmod:/x", "testmod:/y"]})"));
+    // Content of another module arrives through its prepare-items; any
+    // position appends to an empty playlist.
+    EXPECT_TRUE(ok("add-items", R"({"plid": 2, "mode": "sideways", "items": ["testmod:/x", "testmod:/y"]})"));
     EXPECT_EQ(m_pl.titles("playlists:/tracks/2"), QStringList({"Track testmod:/x", "Track testmod:/y"}));
 
     EXPECT_TRUE(ok("play-playlist", R"({"plid": 2})"));
@@ -189,16 +190,17 @@ TEST_F(CommandsApiReplies, RefusalsNameTheFirstFailedCheckAndChangeNothing)
         {"play-playlist", R"({"plid": 0})", "Could not start playback on playlist. There are no items in the playlist. (PlayQueue)"},
         {"play-playlist", R"({"plid": 2})", "Could not start playback on playlist. There are no items in the playlist. (Quiet)"},
         {"add-external-items", R"({"plid": -1, "mode": "sideways", "items": []})", "Could not add external items to playlist. Cannot find playlist with invalid ID. (-1)", "Cannot add items to invalid playlist id: -1"},
-        {"add-external-items", R"({"plid": 99, "mode": "sideways", "items": []})", "Could not add external items to playlist. Invalid add mode. (mode)"},
-        {"add-external-items", R"({"plid": 99, "mode": 3, "items": []})", "Could not add external items to playlist. Invalid add mode. (mode)"},
         {"add-external-items", R"({"plid": 99, "mode": "next", "items": []})", "Could not add external items to playlist. Please select one or more items to add.", "Cannot add zero items to playlist id: 99"},
         {"add-external-items", R"({"plid": 99, "items": [{"vexaRoles": "{}"}]})", "Could not add external items to playlist. There is no playlist with this ID. (99)", "Playlist id: 99 doesn't exist"},
-        {"add-external-items", R"({"plid": 1, "items": [{"vexaRoles": "{\"title\": \"t\"}"}, {"title": "u"}]})", "Could not add external items to playlist. No items were added. (No playitem found.)"},
+        {"add-external-items", R"({"plid": 1, "items": [{"vexaRoles": "{\"title\": \"t\"}"}, {"title": "u"}]})", "Could not add external items to playlist. No items were added."},
         {"add-items", R"({"plid": -1, "fromPlid": 99})", "Could not add items to playlist. There is no playlist with this ID. (99)", "There is no playlist with ID : 99"},
         {"add-items", R"({"plid": -1, "fromPlid": 2})", "Could not add items to playlist. Cannot find playlist with invalid ID. (-1)"},
-        {"add-items", R"({"plid": 1, "items": ["testmod:/x"], "mode": "later"})", "Could not add items to playlist. Invalid add mode. (mode)"},
         {"add-items", R"({"plid": 1, "fromPlid": 2})", "Could not add items to playlist. Please select one or more items to add.", "There isn't any items to add to playlist id: 1"},
         {"add-items", R"({"plid": 99, "items": ["testmod:/x"]})", "Could not add items to playlist. No items were added. (There is no playlist with this ID. (99))"},
+        // The store knows no position but now, next and append, except in an
+        // empty playlist; only the asynchronous add gives the reason.
+        {"add-items", R"({"plid": 1, "items": ["testmod:/x"], "mode": "later"})", "Could not add items to playlist. No items were added. (Unable to add more items to the playlist. Items reached limit.)"},
+        {"add-external-items", R"({"plid": 1, "mode": 3, "items": [{"vexaRoles": "{\"title\": \"t\", \"type\": \"audio\", \"mediaData\": {\"resources\": [{\"uri\": \"u\"}]}}"}]})", "Could not add external items to playlist. No items were added."},
         // Values of the wrong shape read as missing fields: an id that is not a
         // whole number in range is -1, a name that is not text is no name, a
         // list that is not a list of the right things is empty.
@@ -229,7 +231,7 @@ TEST_F(CommandsApiReplies, RefusalsNameTheFirstFailedCheckAndChangeNothing)
         {"add-to-collection", R"({"clid": "1", "plid": {}})", "Could not add items to collection. Cannot find playlist with invalid ID. (-1)"},
         {"add-external-items", R"({"plid": 1, "items": "a"})", "Could not add external items to playlist. Please select one or more items to add."},
         {"add-external-items", R"({"plid": 1, "items": ["a"]})", "Could not add external items to playlist. Please select one or more items to add."},
-        {"add-external-items", R"({"plid": 1, "items": [{"vexaRoles": "not json"}]})", "Could not add external items to playlist. No items were added. (No playitem found.)"},
+        {"add-external-items", R"({"plid": 1, "items": [{"vexaRoles": "not json"}]})", "Could not add external items to playlist. No items were added."},
     };
     for (const auto& c : cases) {
         const int logSize = m_host.log().size();

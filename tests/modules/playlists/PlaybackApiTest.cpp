@@ -134,20 +134,29 @@ TEST_F(PlaybackApi, repeatAllWrapsAndRepeatOneRepeats)
 
 TEST_F(PlaybackApi, removingThePlayingTrackGoesOnWithTheNext)
 {
-    ASSERT_EQ(add(0, "now", {J::track("A", 3600), J::track("B", 3600), J::track("C", 3600)}).status, 200);
+    ASSERT_EQ(add(0, "now", {J::track("A", 3600), J::track("B", 3600), J::track("C", 3600), J::track("D", 3600)}).status, 200);
     ASSERT_TRUE(waitForTitle("A"));
     ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [0]})").status, 200);
     EXPECT_TRUE(waitForTitle("B"));
-    EXPECT_EQ(column(kQueue), QStringList({"B", "C"}));
+    EXPECT_EQ(column(kQueue), QStringList({"B", "C", "D"}));
+
+    // An entry removed in front of the running one renumbers it, and the
+    // player shows the new number.
+    ASSERT_EQ(control("next").status, 200);
+    ASSERT_TRUE(waitForTitle("C"));
+    ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [0]})").status, 200);
+    EXPECT_TRUE(waitFor([](const QVariantHash& s) {
+        return title(s) == "C" && s.value("track").toHash().value("value") == QVariant(ApiCalls::i32(0));
+    }));
 
     // The last track goes while it plays: playback ends, and what is added
     // "now" afterwards lands at the end and starts.
     ASSERT_EQ(control("next").status, 200);
-    ASSERT_TRUE(waitForTitle("C"));
+    ASSERT_TRUE(waitForTitle("D"));
     ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [1]})").status, 200);
     EXPECT_TRUE(waitForStop());
     EXPECT_TRUE(J::answeredTrue(add(0, "now", {J::track("N", 3600)})));
-    EXPECT_EQ(column(kQueue), QStringList({"B", "N"}));
+    EXPECT_EQ(column(kQueue), QStringList({"C", "N"}));
     EXPECT_TRUE(waitForTitle("N"));
 }
 

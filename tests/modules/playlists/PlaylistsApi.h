@@ -55,7 +55,8 @@ public:
     }
 
     // The answer of GET /rows; an empty hash when it was not a 200.
-    QVariantHash rows(const QString& path, const QString& roles = "*", int from = -1, int to = -1) const
+    QVariantHash rows(const QString& path, const QString& roles = "*", int from = ApiCalls::NoRow,
+                      int to = ApiCalls::NoRow) const
     {
         const HttpReply reply = api().rows(path, roles, from, to);
         return reply.status == 200 ? reply.json().toHash() : QVariantHash();

@@ -192,10 +192,6 @@
         <translation>%1 Titel hinzugefügt.</translation>
     </message>
     <message>
-        <source>Invalid add mode.</source>
-        <translation>Ungültige Einfügeposition.</translation>
-    </message>
-    <message>
         <source>Playlist created successfully.</source>
         <translation>Playlist erfolgreich erstellt.</translation>
     </message>
