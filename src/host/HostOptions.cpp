@@ -53,6 +53,9 @@ bool HostOptions::parse(const QStringList& arguments, HostOptions* options, QStr
         } else if (name == QLatin1String("--reply-timeout")) {
             options->replyTimeoutMs = value.toInt(&ok);
             ok = ok && options->replyTimeoutMs > 0;
+        } else if (name == QLatin1String("--max-body-bytes")) {
+            options->maxBodyBytes = value.toInt(&ok);
+            ok = ok && options->maxBodyBytes > 0;
         } else {
             *error = QStringLiteral("unknown option %1\n").arg(name) + usage();
             return false;
@@ -69,5 +72,6 @@ QString HostOptions::usage()
 {
     return QStringLiteral(
         "usage: vexa-host [--root DIR] [--listen ADDR:PORT] [--modules DIR] [--time-scale F]\n"
-        "                 [--log-level TRACE|DEBUG|INFO|WARN|ERROR|FATAL] [--reply-timeout MS]\n");
+        "                 [--log-level TRACE|DEBUG|INFO|WARN|ERROR|FATAL] [--reply-timeout MS]\n"
+        "                 [--max-body-bytes N]\n");
 }

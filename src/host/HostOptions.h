@@ -17,6 +17,9 @@ struct HostOptions
     QString logLevel = QStringLiteral("INFO");
     // How long an HTTP request waits for a module's reply.
     int replyTimeoutMs = 10000;
+    // The largest request body taken (413 beyond): room for the store's
+    // default item limit of tracks in one add.
+    int maxBodyBytes = 16 * 1024 * 1024;
 
     // Parses arguments (without the program name); false with error set on bad input.
     static bool parse(const QStringList& arguments, HostOptions* options, QString* error);

@@ -59,9 +59,10 @@ ApiResponse timeoutResponse()
 
 } // namespace
 
-HttpServer::HttpServer(CMRootWorker* root, int replyTimeoutMs)
+HttpServer::HttpServer(CMRootWorker* root, int replyTimeoutMs, int maxBodyBytes)
     : m_root(root),
       m_replyTimeoutMs(replyTimeoutMs),
+      m_maxBodyBytes(maxBodyBytes),
       m_timers(new TimerThread),
       m_hub(new SubscriptionHub(root)),
       m_router(new ApiRouter(root, m_hub.get()))
@@ -156,7 +157,7 @@ MHD_Result HttpServer::onAccess(void* cls, MHD_Connection* connection, const cha
 {
     auto* server = static_cast<HttpServer*>(cls);
     if (!*conCls) {
-        auto exchange = std::make_shared<HttpExchange>(connection, QByteArray(method), QByteArray(url), MaxBodyBytes);
+        auto exchange = std::make_shared<HttpExchange>(connection, QByteArray(method), QByteArray(url), server->m_maxBodyBytes);
         {
             QMutexLocker lock(&server->m_exchangesMutex);
             server->m_exchanges.insert(exchange.get());
@@ -218,7 +219,7 @@ MHD_Result HttpServer::begin(const ExchangePtr& exchange)
         return respond(exchange, ApiResponse::error(413, ApiResponse::PayloadTooLargeName(),
                                                     QStringLiteral("Payload too large"),
                                                     QStringLiteral("Request bodies are limited to %1 bytes")
-                                                        .arg(MaxBodyBytes)));
+                                                        .arg(m_maxBodyBytes)));
     QList<ApiRequest::Argument> query;
     MHD_get_connection_values_n(exchange->connection(), MHD_GET_ARGUMENT_KIND, &collectArgument, &query);
     const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body());

@@ -25,14 +25,13 @@ class TimerThread;
 class HttpServer
 {
 public:
-    // Bodies above this size are refused with 413.
-    static constexpr int MaxBodyBytes = 1024 * 1024;
     static constexpr int PoolThreads = 4;
     // An open stream sends a comment line this often, so that proxies and
     // clients see it alive and a vanished client is noticed.
     static constexpr int KeepAliveMs = 15000;
 
-    HttpServer(CMRootWorker* root, int replyTimeoutMs);
+    // Bodies above maxBodyBytes are refused with 413.
+    HttpServer(CMRootWorker* root, int replyTimeoutMs, int maxBodyBytes);
     ~HttpServer();
 
     HttpServer(const HttpServer&) = delete;
@@ -77,6 +76,7 @@ private:
 
     CMRootWorker* m_root;
     const int m_replyTimeoutMs;
+    const int m_maxBodyBytes;
     std::unique_ptr<TimerThread> m_timers;
     std::unique_ptr<SubscriptionHub> m_hub;
     std::unique_ptr<ApiRouter> m_router;

@@ -50,7 +50,7 @@ int main(int argc, char* argv[])
     ModuleLoader modules;
     modules.loadAll(options.modulesDir, {SettingsStore::prefix(), PowerManager::prefix(), PlayerWorker::prefix()});
 
-    HttpServer server(CMRoot(), options.replyTimeoutMs);
+    HttpServer server(CMRoot(), options.replyTimeoutMs, options.maxBodyBytes);
     if (!server.start(options.listenAddress, options.port, &error)) {
         LOG4CPLUS_FATAL(logger, "Cannot listen on " << options.listenAddress << ":" << options.port << ": " << error);
         modules.stopAll();

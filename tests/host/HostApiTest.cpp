@@ -272,7 +272,7 @@ TEST_F(HostApi, EveryKindOfBadInputGetsItsErrorAndTheHostGoesOn)
         {"GET", "/api/v1/events?subscription=unknown", "", 404, QStringLiteral("invalidSubscription")},
         {"DELETE", "/api/v1/data", "", 405, QStringLiteral("methodNotAllowed")},
         {"PUT", "/api/v1/subscriptions", "{}", 405, QStringLiteral("methodNotAllowed")},
-        {"POST", "/api/v1/data", QByteArray(3 * 1024 * 1024, 'x'), 413, QStringLiteral("payloadTooLarge")},
+        {"POST", "/api/v1/data", QByteArray(17 * 1024 * 1024, 'x'), 413, QStringLiteral("payloadTooLarge")},
     };
     for (const BadRequest& c : cases) {
         const HttpReply reply = client.request(c.method, c.target, c.body);

@@ -84,7 +84,7 @@ protected:
     }
 
     HoldingWorker m_worker;
-    HttpServer m_server{CMRoot(), 30000};
+    HttpServer m_server{CMRoot(), 30000, 1024 * 1024};
     HttpClient client() const { return HttpClient(m_server.port()); }
 };
 
@@ -146,11 +146,11 @@ TEST_F(HttpServerTest, StopAnswersLongPollsEndsStreamsAndWaitsForRepliesInFlight
 
 TEST(HttpServer, RefusesAnAddressItCannotListenOn)
 {
-    HttpServer server(CMRoot(), 1000);
+    HttpServer server(CMRoot(), 1000, 1024);
     QString error;
     EXPECT_FALSE(server.start(QStringLiteral("not-an-address"), 0, &error));
     EXPECT_FALSE(error.isEmpty());
-    HttpServer first(CMRoot(), 1000);
+    HttpServer first(CMRoot(), 1000, 1024);
     ASSERT_TRUE(first.start(QStringLiteral("127.0.0.1"), 0, &error));
     EXPECT_FALSE(server.start(QStringLiteral("127.0.0.1"), first.port(), &error)) << "the port is taken";
 }

@@ -9,6 +9,8 @@
 #include <QElapsedTimer>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
 
 const char* const kDatabaseDirectory = "data-rw/playlists/";
@@ -16,6 +18,9 @@ const char* const kDatabaseFile = "data-rw/playlists/playlists.sqlite";
 
 // Upper bound of a sequence-number range that reaches the end of any playlist.
 const int kLastSequenceNumber = 2147483647;
+
+// How long a write waits for another connection's lock before it fails.
+const int kBusyTimeoutMs = 5000;
 
 } // namespace
 
@@ -60,7 +65,6 @@ Database::Database(int itemsLimit, bool vacuumNeeded)
     , m_insertPlayListItemStmt(nullptr)
     , m_deletePlayListItemStmt(nullptr)
     , m_cleanUnusedItemsStmt(nullptr)
-    , m_setSequenceNumberStmt(nullptr)
     , m_getItemByUidStmt(nullptr)
     , m_getCollectionsStmt(nullptr)
     , m_createCollectionStmt(nullptr)
@@ -82,6 +86,14 @@ Database::Database(int itemsLimit, bool vacuumNeeded)
         PlayListsLog::fatalStop(
             logger, QStringLiteral("Unable to open PlayList database file: ") + QString::fromUtf8(sqlite3_errstr(rc)));
     }
+
+    // Write-ahead logging: a reader outside the module (a backup, the sqlite3
+    // shell) never makes one of its writes fail, and a writer outside waits
+    // its turn instead of failing one. Commits reach the disk at checkpoints:
+    // a power cut may lose the last commits, never the store's consistency.
+    sqlite3_busy_timeout(m_db, kBusyTimeoutMs);
+    execute("PRAGMA journal_mode=WAL;");
+    execute("PRAGMA synchronous=NORMAL;");
 
     // Vacuuming needs no schema, and doing it before anything else is prepared
     // keeps it from competing with open statements.
@@ -147,6 +159,9 @@ void Database::ensureTablesExist()
     createTableHelper("CREATE TABLE IF NOT EXISTS playlists_items (  playlist INTEGER NOT NULL,  item INTEGER NOT NULL,  sequenceNumber INTEGER NOT NULL,  PRIMARY KEY(playlist, item, sequenceNumber),  FOREIGN KEY(playlist) REFERENCES playlists(uid)    ON DELETE CASCADE    ON UPDATE CASCADE,  FOREIGN KEY(item) REFERENCES items(uid)    ON DELETE RESTRICT    ON UPDATE CASCADE,  UNIQUE(playlist,sequenceNumber));", "playlists-items");
     createTableHelper("CREATE TABLE IF NOT EXISTS collections_playlists (  collection INTEGER NOT NULL,  playlist INTEGER NOT NULL,  PRIMARY KEY(collection, playlist),  FOREIGN KEY(collection) REFERENCES collections(uid)    ON DELETE CASCADE    ON UPDATE CASCADE,  FOREIGN KEY(playlist) REFERENCES playlists(uid)    ON DELETE CASCADE    ON UPDATE CASCADE);", "collections-playlists");
     createTableHelper("INSERT OR IGNORE INTO playlists(uid, name, lastPlayedIndex)  VALUES(0, 'PlayQueue', -1);", "createplayqueue");
+    // Finds the entries of an item: the foreign-key check of every deleted
+    // item row and getItemByUid would otherwise scan every entry.
+    createTableHelper("CREATE INDEX IF NOT EXISTS playlistsItemsItemIndex ON playlists_items(item);", "playlists-items-item-index");
     LOG4CPLUS_TRACE(logger, "PlayList tables exist");
 }
 
@@ -188,8 +203,6 @@ void Database::prepareStatements()
                                                         QStringLiteral("deletePlayListItem"));
     m_cleanUnusedItemsStmt = Sqlite3Statement::create(m_db, QStringLiteral("DELETE FROM items  WHERE uid NOT IN (    SELECT item FROM playlists_items  )"),
                                                       QStringLiteral("cleanUnusedItems"));
-    m_setSequenceNumberStmt = Sqlite3Statement::create(m_db, QStringLiteral("UPDATE playlists_items SET  sequenceNumber=?4  WHERE playlist=?1 AND item=?2 AND sequenceNumber=?3"),
-                                                       QStringLiteral("setSequenceNumber"));
     m_getItemByUidStmt = Sqlite3Statement::create(m_db, QStringLiteral("SELECT  sequenceNumber,  uid, title, artist, album, artworkUrl, genre, durationSeconds, url, serviceId,  vexaRoles  FROM items JOIN playlists_items ON items.uid = playlists_items.item  where uid = ?1;"),
                                                   QStringLiteral("getItemByUid"));
     m_getCollectionsStmt = Sqlite3Statement::create(m_db, QStringLiteral("SELECT  uid, name, GROUP_CONCAT(playlist)  FROM collections LEFT OUTER JOIN collections_playlists ON (uid = collection)  GROUP BY uid   ORDER BY name ASC;"),
@@ -647,26 +660,24 @@ bool Database::addItemsFromSequenceNumber(const PlayListRecord& record, const in
     return true;
 }
 
+bool Database::shiftSequenceNumbers(const PlayListRecord& record, int from, int to, int delta)
+{
+    m_moveItem1Stmt->bindInt(1, record.uid);
+    m_moveItem1Stmt->bindInt(2, from);
+    m_moveItem1Stmt->bindInt(3, to);
+    m_moveItem1Stmt->bindInt(4, delta);
+    m_moveItem1Stmt->step();
+    return m_moveItem1Stmt->reset();
+}
+
 bool Database::offsetItemsFromTransaction(const PlayListRecord& record, int from, int offset)
 {
     // UNIQUE(playlist, sequenceNumber) is checked after every row, so the
     // block is parked above every number in use and then brought down by
     // the parking distance, a net shift of offset.
     const int size = record.size;
-    m_moveItem1Stmt->bindInt(1, record.uid);
-    m_moveItem1Stmt->bindInt(2, from);
-    m_moveItem1Stmt->bindInt(3, size);
-    m_moveItem1Stmt->bindInt(4, offset + size + 1);
-    m_moveItem1Stmt->step();
-    if (!m_moveItem1Stmt->reset())
-        return false;
-
-    m_moveItem1Stmt->bindInt(1, record.uid);
-    m_moveItem1Stmt->bindInt(2, size);
-    m_moveItem1Stmt->bindInt(3, kLastSequenceNumber);
-    m_moveItem1Stmt->bindInt(4, -(size + 1));
-    m_moveItem1Stmt->step();
-    return m_moveItem1Stmt->reset();
+    return shiftSequenceNumbers(record, from, size, offset + size + 1)
+        && shiftSequenceNumbers(record, size, kLastSequenceNumber, -(size + 1));
 }
 
 bool Database::moveItem(const PlayListRecord& record, int from, int to)
@@ -690,33 +701,12 @@ bool Database::moveItemTransaction(const PlayListRecord& record, int from, int t
     const int low = qMin(from, to);
     const int high = qMax(from, to);
     const int dir = from > to ? -1 : 1;
-
-    // Park the whole block low..high beyond the end.
-    m_moveItem1Stmt->bindInt(1, record.uid);
-    m_moveItem1Stmt->bindInt(2, low);
-    m_moveItem1Stmt->bindInt(3, high);
-    m_moveItem1Stmt->bindInt(4, size);
-    m_moveItem1Stmt->step();
-    if (!m_moveItem1Stmt->reset())
-        return false;
-
-    // The moved entry lands on its target.
-    m_moveItem1Stmt->bindInt(1, record.uid);
-    m_moveItem1Stmt->bindInt(2, from + size);
-    m_moveItem1Stmt->bindInt(3, from + size);
-    m_moveItem1Stmt->bindInt(4, to - from - size);
-    m_moveItem1Stmt->step();
-    if (!m_moveItem1Stmt->reset())
-        return false;
-
-    // The rest of the block comes back one place nearer to where the moved
-    // entry was.
-    m_moveItem1Stmt->bindInt(1, record.uid);
-    m_moveItem1Stmt->bindInt(2, low + size);
-    m_moveItem1Stmt->bindInt(3, high + size);
-    m_moveItem1Stmt->bindInt(4, -(dir + size));
-    m_moveItem1Stmt->step();
-    return m_moveItem1Stmt->reset();
+    // Park the whole block low..high beyond the end; the moved entry lands
+    // on its target; the rest of the block comes back one place nearer to
+    // where the moved entry was.
+    return shiftSequenceNumbers(record, low, high, size)
+        && shiftSequenceNumbers(record, from + size, from + size, to - from - size)
+        && shiftSequenceNumbers(record, low + size, high + size, -(dir + size));
 }
 
 int Database::removeItemsHelper(const PlayListRecord& record, int from, int to)
@@ -773,27 +763,9 @@ int Database::removeItems(const PlayListRecord& record, const QList<int>& indice
         }
     }
 
-    if (ok) {
-        // Close the gaps: the entries from the first index on are numbered
-        // afresh. Each only moves down, into a number already freed.
-        const int first = indices.first();
-        const QList<VexaPlayListItem> rest = getItems(record, first, record.size);
-        for (int i = 0; i < rest.size(); ++i) {
-            const VexaPlayListItem& item = rest.at(i);
-            const int newNumber = first + i;
-            m_setSequenceNumberStmt->bindInt(1, record.uid);
-            m_setSequenceNumberStmt->bindInt(2, item.uid());
-            m_setSequenceNumberStmt->bindInt(3, item.sequenceNumber());
-            m_setSequenceNumberStmt->bindInt(4, newNumber);
-            LOG4CPLUS_TRACE(logger, "update seq: uid=" << item.uid() << " old=" << item.sequenceNumber()
-                                                       << " new=" << newNumber);
-            m_setSequenceNumberStmt->step();
-            if (!m_setSequenceNumberStmt->reset()) {
-                LOG4CPLUS_ERROR(logger, "Unable to restore sequence numbers");
-                ok = false;
-                break;
-            }
-        }
+    if (ok && !closeGapsTransaction(record, indices)) {
+        LOG4CPLUS_ERROR(logger, "Unable to restore sequence numbers");
+        ok = false;
     }
 
     if (!ok) {
@@ -805,6 +777,42 @@ int Database::removeItems(const PlayListRecord& record, const QList<int>& indice
     commitTransaction();
     setVacuumNeeded();
     return total;
+}
+
+bool Database::closeGapsTransaction(const PlayListRecord& record, const QList<int>& removed)
+{
+    const log4cplus::Logger& logger = PlayListsLog::logger();
+    const int first = removed.first();
+    if (logger.isEnabledFor(log4cplus::TRACE_LOG_LEVEL)) {
+        const QList<VexaPlayListItem> rest = getItems(record, first, record.size);
+        for (int i = 0; i < rest.size(); ++i)
+            LOG4CPLUS_TRACE(logger, "update seq: uid=" << rest.at(i).uid() << " old=" << rest.at(i).sequenceNumber()
+                                                       << " new=" << first + i);
+    }
+    // The entries from the first index as given on are numbered afresh from
+    // it (gaps in front of it stay). They are parked beyond every number in
+    // use, then each block between two gaps comes back down by the parking
+    // distance and the number of entries removed before it, so no number is
+    // ever taken twice: one statement per block, not one per entry.
+    QList<int> gaps;
+    for (int index : removed) {
+        if (index >= first)
+            gaps.append(index);
+    }
+    std::sort(gaps.begin(), gaps.end());
+    const int parking = record.size + 1;
+    if (!shiftSequenceNumbers(record, first, kLastSequenceNumber - parking, parking))
+        return false;
+    int removedBefore = 0;
+    for (int i = 0; i < gaps.size(); ++i) {
+        ++removedBefore;
+        const int blockFirst = gaps.at(i) + 1;
+        const int blockLast = i + 1 < gaps.size() ? gaps.at(i + 1) - 1 : record.size - 1;
+        if (blockFirst <= blockLast
+            && !shiftSequenceNumbers(record, blockFirst + parking, blockLast + parking, -(parking + removedBefore)))
+            return false;
+    }
+    return true;
 }
 
 bool Database::clearItems(const PlayListRecord& record)

@@ -66,11 +66,15 @@ public:
                  const QList<VexaPlayListItem>& items, int* added);
     bool addItemsFromSequenceNumber(const PlayListRecord& record, const int& first,
                                     const QList<VexaPlayListItem>& items);
+    // Adds delta to the sequence numbers from..to of a playlist, in one statement.
+    bool shiftSequenceNumbers(const PlayListRecord& record, int from, int to, int delta);
     bool offsetItemsFromTransaction(const PlayListRecord& record, int from, int offset);
     bool moveItem(const PlayListRecord& record, int from, int to);
     bool moveItemTransaction(const PlayListRecord& record, int from, int to);
     int removeItems(const PlayListRecord& record, const QList<int>& indices);
     int removeItemsHelper(const PlayListRecord& record, int from, int to);
+    // Numbers the entries left after removing indices afresh from the first of them.
+    bool closeGapsTransaction(const PlayListRecord& record, const QList<int>& removed);
     bool clearItems(const PlayListRecord& record);
     void printItems(const PlayListRecord& record);
 
@@ -98,7 +102,6 @@ private:
     Sqlite3Statement* m_insertPlayListItemStmt;
     Sqlite3Statement* m_deletePlayListItemStmt;
     Sqlite3Statement* m_cleanUnusedItemsStmt;
-    Sqlite3Statement* m_setSequenceNumberStmt;
     Sqlite3Statement* m_getItemByUidStmt;
     Sqlite3Statement* m_getCollectionsStmt;
     Sqlite3Statement* m_createCollectionStmt;

@@ -60,7 +60,7 @@ TEST_F(DatabaseTest, freshStartCreatesSchemaAndPlayQueueAndRestartKeepsRows)
         EXPECT_TRUE(QFileInfo(QString("data-rw/playlists/playlists.sqlite")).isFile());
         StoreReader store;
         EXPECT_EQ(store.rows("SELECT name FROM sqlite_master WHERE name NOT LIKE 'sqlite_%' ORDER BY name"),
-                  QStringList({"collections", "collections_playlists", "itemUrlIndex", "items", "playlists", "playlists_items"}));
+                  QStringList({"collections", "collections_playlists", "itemUrlIndex", "items", "playlists", "playlistsItemsItemIndex", "playlists_items"}));
         EXPECT_EQ(store.rows("SELECT uid, name, shuffle, repeatAll, lastPlayedIndex FROM playlists"), QStringList({"0|PlayQueue|0|0|-1"}));
         const PlayListRecord queue = db.getPlayQueue();
         EXPECT_EQ(queue.uid, 0);
@@ -440,9 +440,9 @@ TEST_F(DatabaseItemsTest, failureInsideAnOperationRollsEverythingBack)
     EXPECT_EQ(store.snapshot(), before);
     ASSERT_TRUE(store.exec("DROP TRIGGER failLanding"));
 
-    // Renumbering after the delete fails on its second entry.
+    // Renumbering after the delete fails when the second entry lands.
     ASSERT_TRUE(store.exec("CREATE TRIGGER failRenumber BEFORE UPDATE ON playlists_items"
-                           " WHEN OLD.sequenceNumber = 3 AND NEW.sequenceNumber = 2"
+                           " WHEN NEW.sequenceNumber = 2"
                            " BEGIN SELECT RAISE(ABORT, 'injected'); END"));
     m_log.clear();
     EXPECT_EQ(db.removeItems(pl, {1}), -1);

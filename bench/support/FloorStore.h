@@ -16,7 +16,7 @@ struct sqlite3_stmt;
 class FloorStore
 {
 public:
-    // Opens path; schema, when not empty, is run first (CREATE statements).
+    // Opens path; schema, when not empty, is run first (PRAGMA and CREATE statements).
     FloorStore(const QString& path, const QStringList& schema);
     ~FloorStore();
 
@@ -29,6 +29,10 @@ public:
     void moveItem(int playlist, int from, int to, int size);
     // Removes count entries from from on and closes the gap.
     void removeRange(int playlist, int from, int count, int size);
+    // Appends copies of a source playlist's entries to a playlist of size entries.
+    void copyPlayList(int source, int playlist, int size);
+    // Deletes a playlist, its entries and the items left without one.
+    void deletePlayList(int playlist);
     // Deletes every entry of a playlist and the items left without one,
     // without the foreign-key checks (for undoing, not for timing).
     void clearPlayList(int playlist);
@@ -51,4 +55,6 @@ private:
     sqlite3_stmt* m_deleteRange = nullptr;
     sqlite3_stmt* m_cleanItems = nullptr;
     sqlite3_stmt* m_read = nullptr;
+    sqlite3_stmt* m_copy = nullptr;
+    sqlite3_stmt* m_deletePlayList = nullptr;
 };
