@@ -1,49 +1,6 @@
 #include "ApiResponse.h"
 
-#include <CMPath.h>
 #include <VexaJson.h>
-#include <VexaRoles.h>
-#include <VexaValue.h>
-
-namespace {
-
-// Replies may carry the platform's own types inside variants; JSON knows only
-// hashes, lists and scalars, so those are unwrapped to their JSON form first.
-QVariant toJsonForm(const QVariant& value)
-{
-    const int type = value.userType();
-    if (type == qMetaTypeId<CMPath>())
-        return value.value<CMPath>().toEncoded();
-    if (type == qMetaTypeId<VexaValue>())
-        return value.value<VexaValue>().toVariant();
-    if (type == qMetaTypeId<VexaRoles>())
-        return toJsonForm(value.value<VexaRoles>().toVariant());
-    if (type == qMetaTypeId<CMError>())
-        return value.value<CMError>().toVariant();
-    if (type == QMetaType::QVariantHash) {
-        QVariantHash hash = value.toHash();
-        for (auto it = hash.begin(); it != hash.end(); ++it)
-            it.value() = toJsonForm(it.value());
-        return hash;
-    }
-    if (type == QMetaType::QVariantMap) {
-        QVariantMap map = value.toMap();
-        for (auto it = map.begin(); it != map.end(); ++it)
-            it.value() = toJsonForm(it.value());
-        return map;
-    }
-    if (type == QMetaType::QVariantList) {
-        QVariantList list = value.toList();
-        for (QVariant& item : list)
-            item = toJsonForm(item);
-        return list;
-    }
-    if (type == QMetaType::QStringList)
-        return QVariant(value.toStringList()).toList();
-    return value;
-}
-
-} // namespace
 
 ApiResponse::ApiResponse(int status, const QByteArray& body, const QByteArray& contentType)
     : m_status(status), m_body(body), m_contentType(contentType)
@@ -52,9 +9,9 @@ ApiResponse::ApiResponse(int status, const QByteArray& body, const QByteArray& c
 
 ApiResponse ApiResponse::json(int status, const QVariant& value)
 {
-    // An empty variant is JSON null, not an empty body.
-    const QVariant jsonValue = value.isValid() ? toJsonForm(value) : QVariant::fromValue(nullptr);
-    return ApiResponse(status, VexaJson::toJson(jsonValue));
+    // Replies may carry the platform's own types inside variants; the writer
+    // puts each in its JSON form, and an empty variant is null, not an empty body.
+    return ApiResponse(status, VexaJson::toJson(value));
 }
 
 ApiResponse ApiResponse::error(int status, const QString& name, const QString& title, const QString& message)

@@ -1,72 +1,525 @@
 #include "VexaJson.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QJsonParseError>
+#include "CMError.h"
+#include "CMPath.h"
+#include "VexaRoles.h"
+#include "VexaValue.h"
 
+#include <QJsonDocument>
+#include <QLocale>
+
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
+
+// Both directions go straight between JSON text and variants: a page of rows
+// or a request of thousands of tracks passes through here, and the detour
+// through QJsonDocument's own tree costs about as much again as the work.
 
 namespace {
 
-QVariant fromJson(const QJsonValue& v)
+// --- Writing ---------------------------------------------------------------
+
+void writeValue(const QVariant& value, QByteArray& out);
+
+void writeString(const QString& text, QByteArray& out)
 {
-    switch (v.type()) {
-    case QJsonValue::Object: {
-        const QJsonObject o = v.toObject();
-        QVariantHash h;
-        h.reserve(o.size());
-        for (auto it = o.begin(); it != o.end(); ++it)
-            h.insert(it.key(), fromJson(it.value()));
-        return h;
+    static const char hex[] = "0123456789abcdef";
+    const QByteArray utf8 = text.toUtf8();
+    out += '"';
+    for (const char c : utf8) {
+        const auto u = static_cast<unsigned char>(c);
+        switch (c) {
+        case '"': out += "\\\""; break;
+        case '\\': out += "\\\\"; break;
+        case '\b': out += "\\b"; break;
+        case '\f': out += "\\f"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        default:
+            if (u < 0x20) {
+                out += "\\u00";
+                out += hex[u >> 4];
+                out += hex[u & 0xf];
+            } else {
+                out += c;
+            }
+        }
     }
-    case QJsonValue::Array: {
-        const QJsonArray a = v.toArray();
-        QVariantList l;
-        l.reserve(a.size());
-        for (const QJsonValue& e : a)
-            l.append(fromJson(e));
-        return l;
+    out += '"';
+}
+
+void writeDouble(double d, QByteArray& out)
+{
+    if (!std::isfinite(d))
+        out += "null";
+    else if (std::trunc(d) == d && std::fabs(d) < 9007199254740992.0)
+        out += QByteArray::number(qint64(d));
+    else
+        out += QByteArray::number(d, 'g', QLocale::FloatingPointShortest);
+}
+
+// Objects are written with their keys in order, so equal values give equal text.
+template <class Container>
+void writeObject(const Container& object, QByteArray& out)
+{
+    QStringList keys = object.keys();
+    std::sort(keys.begin(), keys.end());
+    out += '{';
+    for (int i = 0; i < keys.size(); ++i) {
+        if (i > 0)
+            out += ',';
+        writeString(keys.at(i), out);
+        out += ':';
+        writeValue(object.value(keys.at(i)), out);
     }
-    case QJsonValue::Double: {
-        const double d = v.toDouble();
+    out += '}';
+}
+
+void writeValue(const QVariant& value, QByteArray& out)
+{
+    const int type = value.userType();
+    switch (type) {
+    case QMetaType::UnknownType:
+    case QMetaType::Nullptr:
+        out += "null";
+        return;
+    case QMetaType::Bool:
+        out += value.toBool() ? "true" : "false";
+        return;
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+    case QMetaType::Long:
+        out += QByteArray::number(value.toLongLong());
+        return;
+    case QMetaType::UInt:
+    case QMetaType::ULongLong:
+    case QMetaType::UShort:
+    case QMetaType::ULong:
+        out += QByteArray::number(value.toULongLong());
+        return;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        writeDouble(value.toDouble(), out);
+        return;
+    case QMetaType::QString:
+        writeString(value.toString(), out);
+        return;
+    case QMetaType::QVariantHash:
+        writeObject(*static_cast<const QVariantHash*>(value.constData()), out);
+        return;
+    case QMetaType::QVariantMap:
+        writeObject(*static_cast<const QVariantMap*>(value.constData()), out);
+        return;
+    case QMetaType::QVariantList: {
+        const auto& list = *static_cast<const QVariantList*>(value.constData());
+        out += '[';
+        for (int i = 0; i < list.size(); ++i) {
+            if (i > 0)
+                out += ',';
+            writeValue(list.at(i), out);
+        }
+        out += ']';
+        return;
+    }
+    case QMetaType::QStringList: {
+        const auto& list = *static_cast<const QStringList*>(value.constData());
+        out += '[';
+        for (int i = 0; i < list.size(); ++i) {
+            if (i > 0)
+                out += ',';
+            writeString(list.at(i), out);
+        }
+        out += ']';
+        return;
+    }
+    default:
+        break;
+    }
+    // The platform's own types travel in their JSON form.
+    if (type == qMetaTypeId<CMPath>())
+        writeString(value.value<CMPath>().toEncoded(), out);
+    else if (type == qMetaTypeId<VexaValue>())
+        writeValue(value.value<VexaValue>().toVariant(), out);
+    else if (type == qMetaTypeId<VexaRoles>())
+        writeValue(value.value<VexaRoles>().toVariant(), out);
+    else if (type == qMetaTypeId<CMError>())
+        writeValue(value.value<CMError>().toVariant(), out);
+    else if (value.canConvert<QString>())
+        writeString(value.toString(), out);
+    else
+        out += "null";
+}
+
+// --- Reading ---------------------------------------------------------------
+
+// Deeper nesting than any value of the platform has is refused, so that no
+// text can exhaust the stack.
+const int kMaxDepth = 256;
+
+class Reader
+{
+public:
+    explicit Reader(const QByteArray& text)
+        : m_p(text.constData()), m_begin(text.constData()), m_end(text.constData() + text.size())
+    {
+    }
+
+    QVariant document(QString* error)
+    {
+        skipSpace();
+        QVariant value = readValue(0);
+        skipSpace();
+        if (m_error.isEmpty() && m_p != m_end)
+            fail("garbage after the value");
+        if (!m_error.isEmpty()) {
+            if (error)
+                *error = QStringLiteral("%1 at offset %2").arg(m_error).arg(m_p - m_begin);
+            return QVariant();
+        }
+        if (error)
+            error->clear();
+        return value;
+    }
+
+private:
+    void fail(const char* what)
+    {
+        if (m_error.isEmpty())
+            m_error = QString::fromLatin1(what);
+    }
+
+    void skipSpace()
+    {
+        while (m_p != m_end && (*m_p == ' ' || *m_p == '\t' || *m_p == '\n' || *m_p == '\r'))
+            ++m_p;
+    }
+
+    bool literal(const char* word, int size)
+    {
+        if (m_end - m_p < size || std::memcmp(m_p, word, size_t(size)) != 0)
+            return false;
+        m_p += size;
+        return true;
+    }
+
+    QVariant readValue(int depth)
+    {
+        if (m_p == m_end) {
+            fail("unexpected end of text");
+            return QVariant();
+        }
+        switch (*m_p) {
+        case '{':
+            return depth >= kMaxDepth ? (fail("nested too deeply"), QVariant()) : readObject(depth + 1);
+        case '[':
+            return depth >= kMaxDepth ? (fail("nested too deeply"), QVariant()) : readArray(depth + 1);
+        case '"':
+            return readString();
+        case 't':
+            if (literal("true", 4))
+                return true;
+            break;
+        case 'f':
+            if (literal("false", 5))
+                return false;
+            break;
+        case 'n':
+            // JSON null is a null variant of a valid type, unlike a failure.
+            if (literal("null", 4))
+                return QVariant::fromValue(nullptr);
+            break;
+        default:
+            if (*m_p == '-' || (*m_p >= '0' && *m_p <= '9'))
+                return readNumber();
+        }
+        fail("illegal value");
+        return QVariant();
+    }
+
+    QVariant readObject(int depth)
+    {
+        ++m_p;
+        QVariantHash object;
+        skipSpace();
+        if (m_p != m_end && *m_p == '}') {
+            ++m_p;
+            return object;
+        }
+        while (m_error.isEmpty()) {
+            skipSpace();
+            if (m_p == m_end || *m_p != '"') {
+                fail("expected a member name");
+                break;
+            }
+            const QString key = readString();
+            skipSpace();
+            if (m_p == m_end || *m_p != ':') {
+                fail("expected ':'");
+                break;
+            }
+            ++m_p;
+            skipSpace();
+            QVariant member = readValue(depth);
+            object.insert(key, std::move(member));
+            skipSpace();
+            if (m_p != m_end && *m_p == ',') {
+                ++m_p;
+                continue;
+            }
+            if (m_p != m_end && *m_p == '}') {
+                ++m_p;
+                break;
+            }
+            fail("expected ',' or '}'");
+        }
+        return object;
+    }
+
+    QVariant readArray(int depth)
+    {
+        ++m_p;
+        QVariantList array;
+        skipSpace();
+        if (m_p != m_end && *m_p == ']') {
+            ++m_p;
+            return array;
+        }
+        while (m_error.isEmpty()) {
+            skipSpace();
+            array.append(readValue(depth));
+            skipSpace();
+            if (m_p != m_end && *m_p == ',') {
+                ++m_p;
+                continue;
+            }
+            if (m_p != m_end && *m_p == ']') {
+                ++m_p;
+                break;
+            }
+            fail("expected ',' or ']'");
+        }
+        return array;
+    }
+
+    int hexDigits()
+    {
+        if (m_end - m_p < 4) {
+            fail("bad \\u escape");
+            return -1;
+        }
+        int code = 0;
+        for (int i = 0; i < 4; ++i) {
+            const char c = *m_p++;
+            code <<= 4;
+            if (c >= '0' && c <= '9')
+                code |= c - '0';
+            else if (c >= 'a' && c <= 'f')
+                code |= c - 'a' + 10;
+            else if (c >= 'A' && c <= 'F')
+                code |= c - 'A' + 10;
+            else {
+                fail("bad \\u escape");
+                return -1;
+            }
+        }
+        return code;
+    }
+
+    // Strict UTF-8: no overlong forms, no surrogates, nothing past U+10FFFF.
+    static bool validUtf8(const char* begin, const char* end)
+    {
+        const auto* p = reinterpret_cast<const unsigned char*>(begin);
+        const auto* e = reinterpret_cast<const unsigned char*>(end);
+        while (p < e) {
+            const unsigned char c = *p;
+            if (c < 0x80) {
+                ++p;
+                continue;
+            }
+            int more = 0;
+            uint code = 0;
+            if (c >= 0xc2 && c <= 0xdf) {
+                more = 1;
+                code = c & 0x1f;
+            } else if (c >= 0xe0 && c <= 0xef) {
+                more = 2;
+                code = c & 0x0f;
+            } else if (c >= 0xf0 && c <= 0xf4) {
+                more = 3;
+                code = c & 0x07;
+            } else {
+                return false;
+            }
+            if (e - p <= more)
+                return false;
+            for (int i = 1; i <= more; ++i) {
+                if ((p[i] & 0xc0) != 0x80)
+                    return false;
+                code = (code << 6) | (p[i] & 0x3f);
+            }
+            if ((more == 2 && (code < 0x800 || (code >= 0xd800 && code <= 0xdfff))) || (more == 3 && (code < 0x10000 || code > 0x10ffff)))
+                return false;
+            p += more + 1;
+        }
+        return true;
+    }
+
+    QString readString()
+    {
+        ++m_p;
+        // Runs without escapes, the usual case, are taken whole.
+        const char* run = m_p;
+        QByteArray escaped;
+        bool hasEscapes = false;
+        while (true) {
+            if (m_p == m_end) {
+                fail("unterminated string");
+                return QString();
+            }
+            const char c = *m_p;
+            if (c == '"')
+                break;
+            if (c != '\\') {
+                ++m_p;
+                continue;
+            }
+            if (!hasEscapes) {
+                hasEscapes = true;
+                escaped.reserve(int(m_end - run));
+            }
+            escaped.append(run, int(m_p - run));
+            ++m_p;
+            if (m_p == m_end) {
+                fail("unterminated string");
+                return QString();
+            }
+            const char e = *m_p++;
+            switch (e) {
+            case '"': escaped += '"'; break;
+            case '\\': escaped += '\\'; break;
+            case '/': escaped += '/'; break;
+            case 'b': escaped += '\b'; break;
+            case 'f': escaped += '\f'; break;
+            case 'n': escaped += '\n'; break;
+            case 'r': escaped += '\r'; break;
+            case 't': escaped += '\t'; break;
+            case 'u': {
+                int code = hexDigits();
+                if (code < 0)
+                    return QString();
+                if (code >= 0xd800 && code <= 0xdbff && m_end - m_p >= 6 && m_p[0] == '\\' && m_p[1] == 'u') {
+                    const char* save = m_p;
+                    m_p += 2;
+                    const int low = hexDigits();
+                    if (low >= 0xdc00 && low <= 0xdfff)
+                        code = 0x10000 + ((code - 0xd800) << 10) + (low - 0xdc00);
+                    else if (low < 0)
+                        return QString();
+                    else
+                        m_p = save;
+                }
+                const uint ucs4 = code >= 0xd800 && code <= 0xdfff ? 0xfffd : uint(code);
+                escaped += QString::fromUcs4(&ucs4, 1).toUtf8();
+                break;
+            }
+            default:
+                fail("bad escape");
+                return QString();
+            }
+            run = m_p;
+        }
+        if (!validUtf8(run, m_p) || (hasEscapes && !validUtf8(escaped.constData(), escaped.constData() + escaped.size()))) {
+            fail("illegal UTF-8 in string");
+            return QString();
+        }
+        QString text;
+        if (hasEscapes) {
+            escaped.append(run, int(m_p - run));
+            // With its size: the text may hold an escaped NUL.
+            text = QString::fromUtf8(escaped.constData(), escaped.size());
+        } else {
+            text = QString::fromUtf8(run, int(m_p - run));
+        }
+        ++m_p;
+        return text;
+    }
+
+    QVariant readNumber()
+    {
+        const char* start = m_p;
+        bool integral = true;
+        if (*m_p == '-')
+            ++m_p;
+        if (m_p == m_end || !(*m_p >= '0' && *m_p <= '9')) {
+            fail("illegal number");
+            return QVariant();
+        }
+        if (*m_p == '0')
+            ++m_p;
+        else
+            while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
+                ++m_p;
+        if (m_p != m_end && *m_p == '.') {
+            integral = false;
+            ++m_p;
+            if (m_p == m_end || !(*m_p >= '0' && *m_p <= '9')) {
+                fail("illegal number");
+                return QVariant();
+            }
+            while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
+                ++m_p;
+        }
+        if (m_p != m_end && (*m_p == 'e' || *m_p == 'E')) {
+            integral = false;
+            ++m_p;
+            if (m_p != m_end && (*m_p == '+' || *m_p == '-'))
+                ++m_p;
+            if (m_p == m_end || !(*m_p >= '0' && *m_p <= '9')) {
+                fail("illegal number");
+                return QVariant();
+            }
+            while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
+                ++m_p;
+        }
+        const QByteArray digits = QByteArray::fromRawData(start, int(m_p - start));
+        bool ok = false;
+        if (integral) {
+            const qlonglong whole = digits.toLongLong(&ok);
+            if (ok && whole >= std::numeric_limits<int>::min() && whole <= std::numeric_limits<int>::max())
+                return int(whole);
+        }
+        // Like every JSON number beyond int: a double, as JavaScript reads it.
+        const double d = QByteArray(digits).toDouble(&ok);
+        if (!ok || !std::isfinite(d)) {
+            fail("number out of range");
+            return QVariant();
+        }
         if (std::trunc(d) == d && d >= std::numeric_limits<int>::min() && d <= std::numeric_limits<int>::max())
             return int(d);
         return d;
     }
-    case QJsonValue::String:
-        return v.toString();
-    case QJsonValue::Bool:
-        return v.toBool();
-    default:
-        return QVariant();
-    }
-}
+
+    const char* m_p;
+    const char* const m_begin;
+    const char* const m_end;
+    QString m_error;
+};
 
 } // namespace
 
 QVariant VexaJson::parse(const QByteArray& text, QString* error)
 {
-    QJsonParseError parseError;
-    // Wrapping lets scalars parse too: QJsonDocument takes only objects and arrays.
-    const QJsonDocument doc = QJsonDocument::fromJson("[" + text + "]", &parseError);
-    if (parseError.error != QJsonParseError::NoError || !doc.isArray() || doc.array().size() != 1) {
-        if (error)
-            *error = parseError.error != QJsonParseError::NoError ? parseError.errorString()
-                                                                  : QStringLiteral("expected one JSON value");
-        return QVariant();
-    }
-    if (error)
-        error->clear();
-    const QJsonValue value = doc.array().at(0);
-    // JSON null parses to a null QVariant of a valid type, unlike a failure.
-    return value.isNull() ? QVariant::fromValue(nullptr) : fromJson(value);
+    return Reader(text).document(error);
 }
 
 QByteArray VexaJson::toJson(const QVariant& value)
 {
-    const QJsonDocument doc(QJsonArray{QJsonValue::fromVariant(value)});
-    QByteArray text = doc.toJson(QJsonDocument::Compact);
-    return text.mid(1, text.size() - 2);
+    QByteArray out;
+    out.reserve(64);
+    writeValue(value, out);
+    return out;
 }
