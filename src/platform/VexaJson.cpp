@@ -7,6 +7,7 @@
 
 #include <QJsonDocument>
 #include <QLocale>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <cmath>
@@ -27,27 +28,32 @@ void writeString(const QString& text, QByteArray& out)
 {
     static const char hex[] = "0123456789abcdef";
     const QByteArray utf8 = text.toUtf8();
+    const char* p = utf8.constData();
+    const char* const end = p + utf8.size();
     out += '"';
-    for (const char c : utf8) {
-        const auto u = static_cast<unsigned char>(c);
-        switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\b': out += "\\b"; break;
-        case '\f': out += "\\f"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
-        default:
-            if (u < 0x20) {
-                out += "\\u00";
-                out += hex[u >> 4];
-                out += hex[u & 0xf];
-            } else {
-                out += c;
-            }
+    // Runs that need no escape are copied whole.
+    const char* run = p;
+    for (; p != end; ++p) {
+        const auto u = static_cast<unsigned char>(*p);
+        if (u >= 0x20 && u != '"' && u != '\\')
+            continue;
+        out.append(run, int(p - run));
+        run = p + 1;
+        switch (u) {
+        case '"': out.append("\\\"", 2); break;
+        case '\\': out.append("\\\\", 2); break;
+        case '\b': out.append("\\b", 2); break;
+        case '\f': out.append("\\f", 2); break;
+        case '\n': out.append("\\n", 2); break;
+        case '\r': out.append("\\r", 2); break;
+        case '\t': out.append("\\t", 2); break;
+        default: {
+            const char escape[] = {'\\', 'u', '0', '0', hex[u >> 4], hex[u & 0xf]};
+            out.append(escape, 6);
+        }
         }
     }
+    out.append(run, int(end - run));
     out += '"';
 }
 
@@ -65,15 +71,17 @@ void writeDouble(double d, QByteArray& out)
 template <class Container>
 void writeObject(const Container& object, QByteArray& out)
 {
-    QStringList keys = object.keys();
-    std::sort(keys.begin(), keys.end());
+    QVarLengthArray<typename Container::const_iterator, 16> members;
+    for (auto it = object.cbegin(); it != object.cend(); ++it)
+        members.append(it);
+    std::sort(members.begin(), members.end(), [](const auto& a, const auto& b) { return a.key() < b.key(); });
     out += '{';
-    for (int i = 0; i < keys.size(); ++i) {
+    for (int i = 0; i < members.size(); ++i) {
         if (i > 0)
             out += ',';
-        writeString(keys.at(i), out);
+        writeString(members[i].key(), out);
         out += ':';
-        writeValue(object.value(keys.at(i)), out);
+        writeValue(members[i].value(), out);
     }
     out += '}';
 }
@@ -519,7 +527,7 @@ QVariant VexaJson::parse(const QByteArray& text, QString* error)
 QByteArray VexaJson::toJson(const QVariant& value)
 {
     QByteArray out;
-    out.reserve(64);
+    out.reserve(256);
     writeValue(value, out);
     return out;
 }
