@@ -65,6 +65,7 @@ QVariantHash VexaPlayListItem::toHash() const
 
 void VexaPlayListItem::fillFromRoles()
 {
+    m_playableTrack = false;
     if (m_vexaRoles.isEmpty())
         return;
     QString error;
@@ -73,13 +74,16 @@ void VexaPlayListItem::fillFromRoles()
         return;
     const VexaMediaData media = roles.mediaData();
     const VexaMetaData meta = media.metaData();
+    const QList<VexaMediaResource> resources = media.resources();
+    const bool playable = (!resources.isEmpty() && !resources.first().uri().isEmpty())
+        || !meta.value(VexaMetaData::PrePlayPath()).toString().isEmpty();
+    m_playableTrack = !roles.title().isEmpty() && roles.type() == VexaRolesType::Audio && playable;
     fillIfEmpty(m_title, roles.title());
     fillIfEmpty(m_artist, meta.artist());
     fillIfEmpty(m_album, meta.album());
     fillIfEmpty(m_genre, meta.genre());
     fillIfEmpty(m_serviceId, meta.serviceId());
     fillIfEmpty(m_artworkUrl, roles.icon());
-    const QList<VexaMediaResource> resources = media.resources();
     if (!resources.isEmpty()) {
         if (m_durationSeconds == 0)
             m_durationSeconds = resources.first().duration();

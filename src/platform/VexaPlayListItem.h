@@ -45,6 +45,11 @@ public:
     // artworkUrl from icon; durationSeconds and url from the first resource,
     // url falling back to the roles' path.
     void fillFromRoles();
+    // Whether the roles, as fillFromRoles last read them, describe a track
+    // that can be played: a title, the audio type, and a first resource with
+    // a uri or a pre-play path in the meta data. Read once with the fields,
+    // so that an add of thousands of tracks parses each track's roles once.
+    bool rolesDescribePlayableTrack() const { return m_playableTrack; }
 
     bool operator==(const VexaPlayListItem& other) const;
 
@@ -60,6 +65,7 @@ private:
     QString m_url;
     QString m_serviceId;
     QString m_vexaRoles;
+    bool m_playableTrack = false;
 };
 
 VEXA_API QDebug operator<<(QDebug debug, const VexaPlayListItem& item);

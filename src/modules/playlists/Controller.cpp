@@ -728,12 +728,8 @@ int Controller::addItemsToPlaylist(PlayListBase* playlist, const QList<VexaPlayL
 
     QList<VexaPlayListItem> accepted;
     for (const VexaPlayListItem& item : items) {
-        QString error;
-        const VexaRoles roles(VexaJson::parse(item.vexaRoles().toUtf8(), &error).toHash());
-        const QList<VexaMediaResource> resources = roles.mediaData().resources();
-        const bool playable = (!resources.isEmpty() && !resources.first().uri().isEmpty())
-            || !roles.mediaData().metaData().value(VexaMetaData::PrePlayPath()).toString().isEmpty();
-        if (!roles.title().isEmpty() && roles.type() == VexaRolesType::Audio && playable) {
+        // Every item arrived as a record, whose roles were read as it was.
+        if (item.rolesDescribePlayableTrack()) {
             accepted.append(item);
         } else {
             LOG4CPLUS_TRACE(logger(), "Invalid file, missing roles: "
