@@ -482,6 +482,13 @@ TEST_F(PlayLogicShuffle, listChangesKeepTheOrderOfTheEntriesThatStay)
     EXPECT_EQ(shuffledTitles(pl).at(m_logic.shuffleCurrentIndex()), playing);
     pl->moveItem(0, 1);
     EXPECT_EQ(shuffledTitles(pl), titles);
+
+    // The entry under the cursor goes: next is what followed it.
+    const int at = m_logic.shuffleCurrentIndex();
+    const QString following = shuffledTitles(pl).at(at + 1);
+    pl->removeItems({m_logic.shuffleSequence().at(at)});
+    const int next = m_logic.getNextShuffleItem();
+    EXPECT_EQ(pl->getItems(next, next).value(0).title(), following);
 }
 
 TEST_F(PlayLogicShuffle, startingAListTakesItsFlagsAndShufflesFromItsStoredPosition)
