@@ -86,7 +86,7 @@ public:
 private:
     enum class State { Stopped, Playing, Paused };
     using RealClock = VirtualClock::RealClock;
-    using Lock = std::unique_lock<std::recursive_mutex>;
+    using Lock = std::unique_lock<std::mutex>;
 
     void run();
     void processDueLocked();
@@ -122,8 +122,11 @@ private:
     static QString stateName(State state);
 
     VirtualClock m_clock;
-    mutable std::recursive_mutex m_mutex;
-    std::condition_variable_any m_wake;
+    // Public members take it, *Locked ones run under it and take nothing. A
+    // plain mutex: nothing reached while holding it calls back into the player
+    // (requests to play logics are queued to their threads).
+    mutable std::mutex m_mutex;
+    std::condition_variable m_wake;
     bool m_quit = false;
 
     State m_state = State::Stopped;

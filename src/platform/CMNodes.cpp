@@ -8,15 +8,6 @@ CMNode* CMNodes::find(const CMPath& path) const
     return m_nodes.value(path.base());
 }
 
-QList<CMPath> CMNodes::paths() const
-{
-    QMutexLocker lock(&m_mutex);
-    QList<CMPath> list;
-    for (const QString& key : m_nodes.keys())
-        list.append(CMPath(key));
-    return list;
-}
-
 void CMNodes::registerNode(CMNode* node)
 {
     QMutexLocker lock(&m_mutex);

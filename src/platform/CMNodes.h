@@ -13,7 +13,6 @@ class VEXA_API CMNodes
 {
 public:
     CMNode* find(const CMPath& path) const;
-    QList<CMPath> paths() const;
 
     // A later node at the same path replaces the earlier one.
     void registerNode(CMNode* node);

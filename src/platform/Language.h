@@ -22,3 +22,6 @@ public:
 // The class name of the function whose signature is given:
 // "RootNode" for "virtual bool RootNode::getRowsRequest(const CMGetRowsRequest&)".
 VEXA_API QString trExtractContext(const char* signature);
+
+// A user text, looked up in the translation context of the calling member's class.
+#define VEXA_TR(text) Language::ntr(trExtractContext(__PRETTY_FUNCTION__), QStringLiteral(text))

@@ -14,6 +14,11 @@ QString dbglog_scopedFunction(const char* signature, const char* /*loggerName*/)
     return space >= 0 ? text.mid(space + 1) : text;
 }
 
+const char* boolText(bool value)
+{
+    return value ? "true" : "false";
+}
+
 std::ostream& operator<<(std::ostream& out, const QString& text)
 {
     return out << text.toUtf8().constData();

@@ -29,6 +29,11 @@ VEXA_API std::ostream& operator<<(std::ostream& out, const CMPath& path);
 // A value hash prints as its JSON text.
 VEXA_API std::ostream& operator<<(std::ostream& out, const VexaHash& hash);
 
-// Writes "Enter <scoped function>: <message>" at TRACE on the logger.
-#define VEXA_LOG_ENTER(logger, message)                                                                                \
-    LOG4CPLUS_TRACE(logger, "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "") << ": " << message)
+// "true" or "false", for log lines.
+VEXA_API const char* boolText(bool value);
+
+// Writes "Enter <scoped function>: <message>" on the logger at level, one of
+// log4cplus' level names (TRACE, DEBUG, INFO, ...). Most entries are traced;
+// the few that matter in a support log are written higher.
+#define VEXA_LOG_ENTER(level, logger, message)                                                                         \
+    LOG4CPLUS_##level(logger, "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "") << ": " << message)

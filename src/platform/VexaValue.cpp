@@ -25,7 +25,7 @@ bool VexaValue::isValid() const
     if (kind == PlayerPlayMode()) {
         bool ok = false;
         const int mode = VexaPlayerPlayMode::fromVariant(v, &ok);
-        return ok && mode >= VexaPlayerPlayMode::Normal && mode <= VexaPlayerPlayMode::ShuffleRepeatAll;
+        return ok && VexaPlayerPlayMode::isValid(mode);
     }
     if (kind == PowerTarget())
         return v.type() == QVariant::Hash && VexaVariant::readInt(v.toHash().value(QStringLiteral("target")), &i);

@@ -40,7 +40,7 @@ bool Collection::remove()
 bool Collection::addPlayList(PlayListBase* playList)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    PLAYLISTS_LOG_ENTER(logger, "this=" << m_record->uid << " pl=" << playList->getUid());
+    VEXA_LOG_ENTER(TRACE, logger, "this=" << m_record->uid << " pl=" << playList->getUid());
     if (!m_db->addToCollection(*m_record, playList->getUid())) {
         LOG4CPLUS_ERROR(logger,
                         "Unable to add pl to collection, this=" << m_record->uid << " pl=" << playList->getUid());
@@ -53,7 +53,7 @@ bool Collection::addPlayList(PlayListBase* playList)
 
 bool Collection::removePlayList(PlayListBase* playList)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "this=" << m_record->uid << " pl=" << playList->getUid());
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "this=" << m_record->uid << " pl=" << playList->getUid());
     const bool removed = m_db->removeFromCollection(*m_record, playList->getUid());
     if (removed) {
         m_playlists.removeAll(playList);

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <optional>
+
 class CMRequestGroup;
 class PlayListBase;
 class PlayListManager;
@@ -40,8 +42,8 @@ public:
     // Routes and answers one request; true when its path is one of the commands.
     bool handleSetData(const CMSetDataRequest& request);
 
-    void setReply(const CMSetDataRequest& request, bool ok, const QString& msg);
-    void setReplyInt(const CMSetDataRequest& request, bool ok, int value, const QString& msg);
+    // Answers true, or the new uid when created is given; a failure answers msg.
+    void setReply(const CMSetDataRequest& request, bool ok, const QString& msg, std::optional<int> created = {});
     QString buildErrMsg(const QString& a, const QString& b, const QString& c);
     QString buildOkMsg(const QString& a, const QString& b, const QString& c);
 
@@ -73,6 +75,7 @@ public:
     void tryStartItem(const VexaPlayListItem& item, const PlayListBase* playlist, int seqIndex);
 
 signals:
+    // Kept on purpose for observers of the commands, though nothing in the module connects them.
     void playlistCreated(const int& plid);
     void playlistDeleted(const int& plid);
 
@@ -80,14 +83,16 @@ public slots:
     void on_prepareItemsGroup_finished();
 
 private:
-    // Reads the add position; a mode that is present but names no position
-    // is refused, an absent one appends.
     // The playlist plid, or null with the playlist check's text in msg and its log line.
     PlayListBase* findPlayList(int plid, const QString& prefix, QString& msg);
-    void replyCreated(const CMSetDataRequest& request, bool ok, const int& uid, const QString& msg);
+    // set-shuffle and set-repeat: the same checks on their own texts.
+    bool setPlayListMode(bool shuffle, int plid, int mode, QString& msg);
+    // add-to-collection and remove-from-collection alike.
+    bool changeCollectionMember(const CMSetDataRequest& request, QString& msg, bool add);
     // The sequence number of the first of added entries just added to playlist with position "now".
     int firstAddedNow(const PlayListBase* playlist, int added) const;
 
+    // Kept on purpose: the worker that owns this controller, unread today.
     PlayListWorker* m_worker;
     PlayListManager* m_manager;
     QHash<CMRequestGroup*, ReqGroupProperties> m_ReqGroupPropertiesHash;

@@ -86,14 +86,14 @@ int PlayList::getSize() const
 
 QList<VexaPlayListItem> PlayList::getItems(int from, int to)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "from=" << from << " to=" << to);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "from=" << from << " to=" << to);
     QMutexLocker lock(&m_mutex);
     return m_db->getItems(*m_record, from, to);
 }
 
 int PlayList::removeItems(const QList<int>& indices)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "indices=" << indices);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "indices=" << indices);
     QList<int> sorted = indices;
     std::sort(sorted.begin(), sorted.end());
 
@@ -115,7 +115,7 @@ int PlayList::removeItems(const QList<int>& indices)
 bool PlayList::moveItem(int from, int to)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    PLAYLISTS_LOG_ENTER(logger, "from=" << from << " to=" << to);
+    VEXA_LOG_ENTER(TRACE, logger, "from=" << from << " to=" << to);
     // The bound is the count itself, not the last index.
     from = std::min(from, getSize());
     to = std::min(to, getSize());
@@ -150,7 +150,7 @@ bool PlayList::moveItem(int from, int to)
 bool PlayList::moveItems(QList<int> indices, int to)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    PLAYLISTS_LOG_ENTER(logger, "indices=" << indices << " to=" << to);
+    VEXA_LOG_ENTER(TRACE, logger, "indices=" << indices << " to=" << to);
     const int count = indices.size();
     LOG4CPLUS_TRACE(logger, "indicies.size(): " << count);
     if (count == 0) {
@@ -177,7 +177,7 @@ bool PlayList::moveItems(QList<int> indices, int to)
 
 int PlayList::addItems(VexaPlayListAddPosition::Enum position, const QList<VexaPlayListItem>& items)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(),
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(),
                         "position=" << VexaPlayListAddPosition::toString(position) << " count=" << items.size());
     QMutexLocker lock(&m_mutex);
     int added = 0;
@@ -191,7 +191,7 @@ int PlayList::addItems(VexaPlayListAddPosition::Enum position, const QList<VexaP
 
 bool PlayList::clearItems()
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "");
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "");
     if (m_record->size == 0) {
         setLastSequenceNumber(-1);
         return true;

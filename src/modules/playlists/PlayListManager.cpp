@@ -26,7 +26,7 @@ PlayListManager::~PlayListManager()
 
 void PlayListManager::initPlayLists()
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "");
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "");
     m_playQueue = new PlayList(m_db, m_db->getPlayQueue());
     // The play queue starts empty at every start of the module.
     m_playQueue->clearItems();
@@ -38,7 +38,7 @@ void PlayListManager::initPlayLists()
 
 void PlayListManager::initCollections()
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "");
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "");
     const QList<CollectionRecord> records = m_db->getCollections();
     for (const CollectionRecord& record : records) {
         QList<PlayListBase*> members;
@@ -124,7 +124,7 @@ VexaPlayListItem PlayListManager::getPlayListItemByUid(int uid)
 
 PlayListBase* PlayListManager::createPlayList(const QString& name)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "name=" << name);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "name=" << name);
     PlayList* pl = new PlayList(m_db, m_db->createPlayList(name));
     if (!pl->valid()) {
         LOG4CPLUS_ERROR(PlayListsLog::logger(), "Unable to create PlayList " << name << " in database");
@@ -140,7 +140,7 @@ bool PlayListManager::deletePlayList(PlayListBase* pl)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     const int uid = pl->getUid();
-    PLAYLISTS_LOG_ENTER(logger, "pl->uid=" << uid);
+    VEXA_LOG_ENTER(TRACE, logger, "pl->uid=" << uid);
     // Leave every collection first; a collection that refuses keeps the
     // playlist, the others go on.
     const QList<CollectionBase*> collections = m_collections;
@@ -163,7 +163,7 @@ bool PlayListManager::deletePlayList(PlayListBase* pl)
 
 bool PlayListManager::deletePlayList(int uid)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "uid=" << uid);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "uid=" << uid);
     PlayListBase* pl = getPlayListByUid(uid);
     if (!pl) {
         LOG4CPLUS_WARN(PlayListsLog::logger(), "Can't delete non-existant PlayList uid=" << uid);
@@ -174,7 +174,7 @@ bool PlayListManager::deletePlayList(int uid)
 
 CollectionBase* PlayListManager::createCollection(const QString& name)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "name=" << name);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "name=" << name);
     Collection* col = new Collection(m_db, m_db->createCollection(name), QList<PlayListBase*>());
     if (!col->valid()) {
         LOG4CPLUS_ERROR(PlayListsLog::logger(), "Unable to create collection " << name << " in database");
@@ -190,7 +190,7 @@ bool PlayListManager::deleteCollection(CollectionBase* col)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     const int uid = col->getUid();
-    PLAYLISTS_LOG_ENTER(logger, "col->uid=" << uid);
+    VEXA_LOG_ENTER(TRACE, logger, "col->uid=" << uid);
     if (!col->remove()) {
         LOG4CPLUS_ERROR(logger, "Unable to remove collection uid=" << uid << " from database");
         return false;
@@ -204,7 +204,7 @@ bool PlayListManager::deleteCollection(CollectionBase* col)
 
 bool PlayListManager::deleteCollection(int uid)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "uid=" << uid);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "uid=" << uid);
     CollectionBase* col = getCollectionByUid(uid);
     if (!col) {
         LOG4CPLUS_WARN(PlayListsLog::logger(), "Can't delete non-existant collection uid=" << uid);

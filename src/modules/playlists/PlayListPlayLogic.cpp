@@ -12,12 +12,6 @@
 #include "VexaPlayListAddPosition.h"
 #include "VexaPlayLogicChangePlayModeArgs.h"
 
-#include <cstdlib>
-#include <ctime>
-
-#define PLAYLOGIC_ENTER(message)                                                                                       \
-    LOG4CPLUS_TRACE(logger(), "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayListsPlayLogic") << ": "     \
-                                       << message)
 
 namespace {
 
@@ -29,11 +23,6 @@ log4cplus::Logger logger()
 bool carriesSequenceNumber(const VexaRoles& roles)
 {
     return roles.value().contains(VexaValue::I32());
-}
-
-const char* boolText(bool value)
-{
-    return value ? "true" : "false";
 }
 
 struct PlayListSignal
@@ -63,7 +52,7 @@ PlayListPlayLogic::PlayListPlayLogic(PlayListWorker* worker, PlayListManager* ma
 PlayListPlayLogic::PlayListPlayLogic(CMNodes* nodes, PlayListManager* manager)
     : StreamerPlayLogic(nodes, VexaPlayListsPlayLogicPath()), m_manager(manager)
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     vexaConnect(m_manager, "2playlistDeleted(int)", this, "1on_playlist_deleted(int)", Qt::AutoConnection);
 }
 
@@ -71,7 +60,7 @@ PlayListPlayLogic::~PlayListPlayLogic() = default;
 
 void PlayListPlayLogic::setCurrentPlayList(PlayListBase* pl)
 {
-    PLAYLOGIC_ENTER("pl=" << (pl ? pl->getUid() : -1));
+    VEXA_LOG_ENTER(TRACE, logger(), "pl=" << (pl ? pl->getUid() : -1));
     if (m_currentPlayList) {
         for (const PlayListSignal& s : kPlayListSignals)
             vexaDisconnect(m_currentPlayList, s.signal, this, s.slot);
@@ -92,13 +81,13 @@ void PlayListPlayLogic::setRepeatMode(RepeatMode mode)
 
 VexaRoles PlayListPlayLogic::getCurrentTrack()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     return getTrackRelative(0);
 }
 
 VexaRoles PlayListPlayLogic::getTrackAbsolute(int index)
 {
-    PLAYLOGIC_ENTER("index=" << index);
+    VEXA_LOG_ENTER(TRACE, logger(), "index=" << index);
     if (!m_currentPlayList)
         return VexaRoles();
     const QList<VexaPlayListItem> items = m_currentPlayList->getItems(index, index);
@@ -111,7 +100,7 @@ VexaRoles PlayListPlayLogic::getTrackAbsolute(int index)
 
 VexaRoles PlayListPlayLogic::getTrackRelative(int offset)
 {
-    PLAYLOGIC_ENTER("offset=" << offset);
+    VEXA_LOG_ENTER(TRACE, logger(), "offset=" << offset);
     if (!m_currentPlayList)
         return VexaRoles();
     const int index = m_currentPlayList->getLastSequenceNumber() + offset;
@@ -125,7 +114,7 @@ VexaRoles PlayListPlayLogic::getTrackRelative(int offset)
 
 VexaRoles PlayListPlayLogic::getNextTrack()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     if (data().streamerError().contains(VexaError::Code())) {
         // Five failing starts in a row are retried with the next entry; the sixth ends playback.
         if (++m_errorCount >= 6) {
@@ -153,7 +142,7 @@ VexaRoles PlayListPlayLogic::getNextTrack()
 
 VexaRoles PlayListPlayLogic::getPreviousTrack()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     VexaRoles result;
     if (!m_shuffleEnabled) {
         result = getTrackRelative(-1);
@@ -173,7 +162,7 @@ VexaRoles PlayListPlayLogic::getPreviousTrack()
 
 void PlayListPlayLogic::updateSequenceNumberInData()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     if (!m_currentPlayList)
         return;
     VexaPlayLogicData current = data();
@@ -203,35 +192,19 @@ void PlayListPlayLogic::on_playlist_deleted(int plid)
 
 void PlayListPlayLogic::on_currentPlayList_cleared()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     playerInstance()->stop(VexaPlayLogicStopReason::Stopped);
 }
 
 void PlayListPlayLogic::on_currentPlayList_itemsRemoved(QList<int> indices, int lastSeqNumBeforeRemove)
 {
-    PLAYLOGIC_ENTER("indices.size()=" << indices.size() << " lastSeqNum=" << lastSeqNumBeforeRemove);
+    VEXA_LOG_ENTER(TRACE, logger(), "indices.size()=" << indices.size() << " lastSeqNum=" << lastSeqNumBeforeRemove);
     if (m_currentPlayList->getSize() == 0) {
         on_currentPlayList_cleared();
         return;
     }
-    if (m_shuffleEnabled) {
-        // Each removed number is matched against the order as the earlier
-        // ones of this call left it.
-        for (int removed : indices) {
-            int j = 0;
-            while (j < m_shuffleSeq.size()) {
-                if (m_shuffleSeq.at(j) == removed) {
-                    m_shuffleSeq.remove(j);
-                    if (m_shuffleCurIndex >= j)
-                        --m_shuffleCurIndex;
-                } else {
-                    if (m_shuffleSeq.at(j) > removed)
-                        --m_shuffleSeq[j];
-                    ++j;
-                }
-            }
-        }
-    }
+    if (m_shuffleEnabled)
+        shuffleItemsRemoved(indices);
     if (!indices.contains(lastSeqNumBeforeRemove)) {
         updateSequenceNumberInData();
         return;
@@ -253,170 +226,38 @@ void PlayListPlayLogic::on_currentPlayList_itemsRemoved(QList<int> indices, int 
 
 void PlayListPlayLogic::on_currentPlayList_itemMoved(int from, int to)
 {
-    PLAYLOGIC_ENTER("from=" << from << " to=" << to);
-    if (m_shuffleEnabled && !m_shuffleSeq.isEmpty()) {
-        for (int& element : m_shuffleSeq) {
-            if (element == from)
-                element = to;
-            else if (element == to)
-                element = from;
-        }
-    }
+    VEXA_LOG_ENTER(TRACE, logger(), "from=" << from << " to=" << to);
+    if (m_shuffleEnabled)
+        shuffleItemMoved(from, to);
     updateSequenceNumberInData();
 }
 
 void PlayListPlayLogic::on_currentPlayList_itemsAdded(QString positionStr, int firstSeqNum, int count)
 {
-    PLAYLOGIC_ENTER("pos=" << positionStr << " count=" << count
+    VEXA_LOG_ENTER(TRACE, logger(), "pos=" << positionStr << " count=" << count
                            << " lastSeq=" << (m_currentPlayList ? m_currentPlayList->getLastSequenceNumber() : -1));
     const int position = VexaPlayListAddPosition::fromString(positionStr);
     // Entries inserted right after the current one change what follows it.
     if (position == VexaPlayListAddPosition::Next && carriesSequenceNumber(m_nextTrackRoles))
         prepareNextMedia();
-    if (!m_shuffleEnabled)
-        return;
-    if (position == VexaPlayListAddPosition::Now || position == VexaPlayListAddPosition::Next) {
-        for (int& element : m_shuffleSeq) {
-            if (element >= firstSeqNum)
-                element += count;
-        }
-        for (int k = 0; k < count; ++k)
-            m_shuffleSeq.insert(m_shuffleCurIndex + 1 + k, firstSeqNum + k);
-    } else if (position == VexaPlayListAddPosition::Append) {
-        for (int k = 0; k < count; ++k) {
-            m_shuffleSeq.append(firstSeqNum + k);
-            randomizeShuffleItems(m_shuffleCurIndex + 1);
-        }
-    } else {
-        LOG4CPLUS_ERROR(logger(), "Unknown position specifier: " << VexaPlayListAddPosition::toString(position));
-    }
+    if (m_shuffleEnabled)
+        shuffleItemsAdded(position, firstSeqNum, count);
 }
 
 void PlayListPlayLogic::on_currentPlayList_shuffleChanged(bool newValue)
 {
-    PLAYLOGIC_ENTER("newValue=" << boolText(newValue));
+    VEXA_LOG_ENTER(TRACE, logger(), "newValue=" << boolText(newValue));
     if (m_shuffleEnabled == newValue)
         return;
-    const int mode = playMode();
-    if (mode == VexaPlayerPlayMode::RepeatAll || mode == VexaPlayerPlayMode::ShuffleRepeatAll)
-        setPlayMode(newValue ? VexaPlayerPlayMode::ShuffleRepeatAll : VexaPlayerPlayMode::RepeatAll);
-    else if (mode == VexaPlayerPlayMode::RepeatOne || mode == VexaPlayerPlayMode::ShuffleRepeatOne)
-        setPlayMode(newValue ? VexaPlayerPlayMode::ShuffleRepeatOne : VexaPlayerPlayMode::RepeatOne);
-    else if (mode == VexaPlayerPlayMode::Normal || mode == VexaPlayerPlayMode::Shuffle)
-        setPlayMode(newValue ? VexaPlayerPlayMode::Shuffle : VexaPlayerPlayMode::Normal);
-    else
-        setPlayMode(VexaPlayerPlayMode::Enum(mode));
+    setPlayMode(VexaPlayerPlayMode::compose(newValue, VexaPlayerPlayMode::repeat(playMode())));
 }
 
 void PlayListPlayLogic::on_currentPlayList_repeatAllChanged(bool newValue)
 {
-    PLAYLOGIC_ENTER("newValue=" << boolText(newValue));
-    if (!newValue && m_repeatMode == RepeatAll)
-        setPlayMode(m_shuffleEnabled ? VexaPlayerPlayMode::Shuffle : VexaPlayerPlayMode::Normal);
-    else if (newValue && m_repeatMode != RepeatAll)
-        setPlayMode(m_shuffleEnabled ? VexaPlayerPlayMode::ShuffleRepeatAll : VexaPlayerPlayMode::RepeatAll);
-}
-
-void PlayListPlayLogic::setShuffleEnabled(bool enabled)
-{
-    PLAYLOGIC_ENTER("enabled=" << boolText(enabled));
-    m_shuffleEnabled = enabled;
-    if (!m_currentPlayList)
-        return;
-    m_currentPlayList->setShuffle(enabled);
-    if (enabled)
-        initShuffle(m_currentPlayList->getLastSequenceNumber());
-}
-
-void PlayListPlayLogic::initShuffle(int startItem)
-{
-    PLAYLOGIC_ENTER("startItem: " << startItem);
-    if (!m_currentPlayList) {
-        m_shuffleSeq.clear();
-        m_shuffleCurIndex = -1;
-        return;
-    }
-    const int size = m_currentPlayList->getSize();
-    if (size < 1) {
-        LOG4CPLUS_TRACE(logger(), "size <= 0");
-        return;
-    }
-    m_shuffleSeq.resize(size);
-    for (int i = 0; i < size; ++i)
-        m_shuffleSeq[i] = i;
-    randomizeShuffleItems(0);
-    if (startItem < 0) {
-        debugShuffleItems();
-        m_shuffleCurIndex = 0;
-        return;
-    }
-    // The entry that plays when shuffle starts comes first, the cursor on it.
-    const int index = m_shuffleSeq.indexOf(startItem);
-    LOG4CPLUS_TRACE(logger(), "index of startItem in sequence: " << index);
-    if (index >= 0) {
-        m_shuffleSeq.remove(index);
-        m_shuffleSeq.prepend(startItem);
-    }
-    debugShuffleItems();
-    m_shuffleCurIndex = 0;
-}
-
-void PlayListPlayLogic::randomizeShuffleItems(int from)
-{
-    PLAYLOGIC_ENTER("from: " << from);
-    srand(time(nullptr));
-    if (from < 0 || from >= m_shuffleSeq.size())
-        return;
-    for (int i = from + 1; i < m_shuffleSeq.size(); ++i) {
-        const int j = from + rand() % (i - from + 1);
-        if (j != i)
-            std::swap(m_shuffleSeq[i], m_shuffleSeq[j]);
-    }
-}
-
-int PlayListPlayLogic::getNextShuffleItem()
-{
-    LOG4CPLUS_TRACE(logger(), "m_shuffleCurIndex before next: " << m_shuffleCurIndex);
-    int result = -1;
-    if (m_shuffleSeq.isEmpty()) {
-        LOG4CPLUS_TRACE(logger(), "error: m_shuffleSeq.size: " << m_shuffleSeq.size());
-    } else if (m_shuffleCurIndex >= 0 && m_shuffleCurIndex + 1 < m_shuffleSeq.size()) {
-        result = m_shuffleSeq.at(++m_shuffleCurIndex);
-    } else if (m_repeatMode == RepeatAll) {
-        // A new pass gets a new order.
-        m_shuffleCurIndex = 0;
-        randomizeShuffleItems(0);
-        result = m_shuffleSeq.at(0);
-        LOG4CPLUS_TRACE(logger(), "m_shuffleCurIndex is set to first item in m_shuffleSeq");
-    }
-    LOG4CPLUS_TRACE(logger(), "m_shuffleCurIndex after next: " << m_shuffleCurIndex);
-    LOG4CPLUS_TRACE(logger(), "index: " << result);
-    return result;
-}
-
-int PlayListPlayLogic::getPrevShuffleItem()
-{
-    LOG4CPLUS_TRACE(logger(), "m_shuffleCurIndex before prev: " << m_shuffleCurIndex);
-    int result = -1;
-    if (m_shuffleSeq.isEmpty()) {
-        LOG4CPLUS_TRACE(logger(), "error: m_shuffleSeq.size: " << m_shuffleSeq.size());
-    } else if (m_shuffleCurIndex > 0 && m_shuffleCurIndex < m_shuffleSeq.size()) {
-        result = m_shuffleSeq.at(--m_shuffleCurIndex);
-    } else if (m_repeatMode == RepeatAll) {
-        m_shuffleCurIndex = m_shuffleSeq.size() - 1;
-        result = m_shuffleSeq.last();
-        LOG4CPLUS_TRACE(logger(), "m_shuffleCurIndex is set to last item in m_shuffleSeq");
-    }
-    LOG4CPLUS_TRACE(logger(), "m_shuffleCurIndex after prev: " << m_shuffleCurIndex);
-    LOG4CPLUS_TRACE(logger(), "index: " << result);
-    return result;
-}
-
-void PlayListPlayLogic::debugShuffleItems()
-{
-    PLAYLOGIC_ENTER("m_shuffleSeq.size(): " << m_shuffleSeq.size());
-    for (int i = 0; i < m_shuffleSeq.size(); ++i)
-        LOG4CPLUS_TRACE(logger(), "m_shuffleSeq entry: #" << i << " " << m_shuffleSeq.at(i));
+    VEXA_LOG_ENTER(TRACE, logger(), "newValue=" << boolText(newValue));
+    if (newValue != (m_repeatMode == RepeatAll))
+        setPlayMode(VexaPlayerPlayMode::compose(m_shuffleEnabled, newValue ? VexaPlayerPlayMode::Repeat::All
+                                                                           : VexaPlayerPlayMode::Repeat::None));
 }
 
 void PlayListPlayLogic::playTrackRoles(VexaRoles roles)
@@ -429,7 +270,7 @@ void PlayListPlayLogic::playTrackRoles(VexaRoles roles)
 
 void PlayListPlayLogic::playInternal(const CMSetDataRequest& request, const VexaPlayLogicPlayArgs& args)
 {
-    PLAYLOGIC_ENTER("args=" << args);
+    VEXA_LOG_ENTER(TRACE, logger(), "args=" << args);
     // A new playback starts from nothing; the playlists' stored flags stay.
     setCurrentPlayList(nullptr);
     m_shuffleEnabled = false;
@@ -457,16 +298,14 @@ void PlayListPlayLogic::playInternal(const CMSetDataRequest& request, const Vexa
 
 void PlayListPlayLogic::startPlayback(const CMPath& path, int index, CMSetDataRequest request)
 {
-    LOG4CPLUS_INFO(logger(), "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayListsPlayLogic")
-                                      << ": " << "pl=" << path << " track=" << index);
+    VEXA_LOG_ENTER(INFO, logger(), "pl=" << path << " track=" << index);
     PlayListBase* pl = nullptr;
     if (path.startsWith(VexaPlayListPlGetItemsPath())) {
         const int uid = path.lastSegment().toInt();
         if (uid == 0) {
             LOG4CPLUS_ERROR(logger(), "playInternal called for invalid playlist container " << path);
             request.reply().setError(CMError(QStringLiteral("PlayList Error"), CMError::DefaultTitle(),
-                                             TrString(Language::ntr(trExtractContext(__PRETTY_FUNCTION__),
-                                                                    QStringLiteral("Play called on invalid playlist container")))));
+                                             TrString(VEXA_TR("Play called on invalid playlist container"))));
             return;
         }
         pl = m_manager->getPlayListByUid(uid);
@@ -478,14 +317,8 @@ void PlayListPlayLogic::startPlayback(const CMPath& path, int index, CMSetDataRe
     if (!pl)
         return;
     setCurrentPlayList(pl);
-    if (pl->getShuffle() && pl->getRepeatAll())
-        setPlayMode(VexaPlayerPlayMode::ShuffleRepeatAll);
-    else if (pl->getShuffle())
-        setPlayMode(VexaPlayerPlayMode::Shuffle);
-    else if (pl->getRepeatAll())
-        setPlayMode(VexaPlayerPlayMode::RepeatAll);
-    else
-        setPlayMode(VexaPlayerPlayMode::Normal);
+    setPlayMode(VexaPlayerPlayMode::compose(pl->getShuffle(), pl->getRepeatAll() ? VexaPlayerPlayMode::Repeat::All
+                                                                                  : VexaPlayerPlayMode::Repeat::None));
     LOG4CPLUS_DEBUG(logger(), "index=" << index << " size=" << pl->getSize());
     setShuffleEnabled(pl->getShuffle());
     setRepeatMode(pl->getRepeatAll() ? RepeatAll : RepeatNone);
@@ -494,7 +327,7 @@ void PlayListPlayLogic::startPlayback(const CMPath& path, int index, CMSetDataRe
 
 void PlayListPlayLogic::nextInternal(const CMSetDataRequest& request)
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     const VexaRoles track = getNextTrack();
     if (track.isEmpty()) {
         LOG4CPLUS_DEBUG(logger(), "Reached last item of playlist for nextInternal");
@@ -507,7 +340,7 @@ void PlayListPlayLogic::nextInternal(const CMSetDataRequest& request)
 
 void PlayListPlayLogic::previousInternal(const CMSetDataRequest& request)
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     // Late in a track "previous" restarts it; the limit itself still goes back.
     const VexaRoles track =
         playTime() <= qint64(VexaPreviousTrackTimeLimit()) ? getPreviousTrack() : getCurrentTrack();
@@ -522,14 +355,14 @@ void PlayListPlayLogic::previousInternal(const CMSetDataRequest& request)
 
 void PlayListPlayLogic::stopInternal(const CMSetDataRequest& request)
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     setCurrentPlayList(nullptr);
     StreamerPlayLogic::stopInternal(request);
 }
 
 void PlayListPlayLogic::prepareNextMedia()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     const VexaRoles next = m_repeatMode == RepeatOne ? getCurrentTrack() : getNextTrack();
     if (!next.isEmpty()) {
         m_nextTrackRoles = next;
@@ -543,8 +376,8 @@ void PlayListPlayLogic::prepareNextMedia()
 
 VexaPlayLogicData PlayListPlayLogic::mediaPlaybackStarted(const VexaRoles& oldRoles, const VexaRoles& newRoles)
 {
-    PLAYLOGIC_ENTER("newRoles=" << newRoles);
-    PLAYLOGIC_ENTER("oldRoles=" << oldRoles);
+    VEXA_LOG_ENTER(TRACE, logger(), "newRoles=" << newRoles);
+    VEXA_LOG_ENTER(TRACE, logger(), "oldRoles=" << oldRoles);
     VexaPlayLogicControls controls;
     controls.setPause(true);
     if (m_currentPlayList) {
@@ -567,21 +400,14 @@ VexaPlayLogicData PlayListPlayLogic::mediaPlaybackStarted(const VexaRoles& oldRo
     LOG4CPLUS_TRACE(logger(), "New playlogic data: " << result);
 
     m_nextMediaPrepared = false;
-    // The announced next media is the one that started: it is the play position now.
-    if (m_currentPlayList && carriesSequenceNumber(m_nextTrackRoles)) {
-        m_currentPlayList->setLastSequenceNumber(m_nextTrackRoles.value().i32());
-        m_nextTrackRoles = VexaRoles();
-    }
+    takeAnnouncedNext();
     return result;
 }
 
 void PlayListPlayLogic::tryResumePlayback()
 {
-    PLAYLOGIC_ENTER("");
-    if (m_currentPlayList && carriesSequenceNumber(m_nextTrackRoles)) {
-        m_currentPlayList->setLastSequenceNumber(m_nextTrackRoles.value().i32());
-        m_nextTrackRoles = VexaRoles();
-    }
+    VEXA_LOG_ENTER(TRACE, logger(), "");
+    takeAnnouncedNext();
     const VexaRoles track = getNextTrack();
     if (track.isEmpty())
         playbackEnded();
@@ -589,9 +415,18 @@ void PlayListPlayLogic::tryResumePlayback()
         playTrackRoles(track);
 }
 
+void PlayListPlayLogic::takeAnnouncedNext()
+{
+    // The announced next media is the one that started: it is the play position now.
+    if (m_currentPlayList && carriesSequenceNumber(m_nextTrackRoles)) {
+        m_currentPlayList->setLastSequenceNumber(m_nextTrackRoles.value().i32());
+        m_nextTrackRoles = VexaRoles();
+    }
+}
+
 VexaPlayLogicPlayModesSupported PlayListPlayLogic::playModesSupported()
 {
-    PLAYLOGIC_ENTER("");
+    VEXA_LOG_ENTER(TRACE, logger(), "");
     VexaPlayLogicPlayModesSupported modes;
     modes.setShuffle(true);
     modes.setShuffleRepeatAll(true);
@@ -607,40 +442,12 @@ void PlayListPlayLogic::changePlayModeInternal(const CMSetDataRequest& request)
     const VexaPlayerPlayMode::Enum newMode =
         VexaPlayLogicChangePlayModeArgs(request.value().toHash()).playMode();
     const int oldMode = playMode();
-    LOG4CPLUS_DEBUG(logger(), "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayListsPlayLogic") << ": "
-                                       << "newValue=" << VexaPlayerPlayMode::toString(newMode));
+    VEXA_LOG_ENTER(DEBUG, logger(), "newValue=" << VexaPlayerPlayMode::toString(newMode));
     setPlayMode(newMode);
     // Shuffle is switched (and the order rebuilt) only when its part of the mode changes.
-    const bool oldShuffle = oldMode == VexaPlayerPlayMode::Shuffle || oldMode == VexaPlayerPlayMode::ShuffleRepeatOne
-        || oldMode == VexaPlayerPlayMode::ShuffleRepeatAll;
-    switch (newMode) {
-    case VexaPlayerPlayMode::Normal:
-    case VexaPlayerPlayMode::RepeatOne:
-    case VexaPlayerPlayMode::RepeatAll:
-        if (oldShuffle)
-            setShuffleEnabled(false);
-        break;
-    case VexaPlayerPlayMode::Shuffle:
-    case VexaPlayerPlayMode::ShuffleRepeatOne:
-    case VexaPlayerPlayMode::ShuffleRepeatAll:
-        if (!oldShuffle)
-            setShuffleEnabled(true);
-        break;
-    }
-    switch (newMode) {
-    case VexaPlayerPlayMode::Normal:
-    case VexaPlayerPlayMode::Shuffle:
-        setRepeatMode(RepeatNone);
-        break;
-    case VexaPlayerPlayMode::RepeatOne:
-    case VexaPlayerPlayMode::ShuffleRepeatOne:
-        setRepeatMode(RepeatOne);
-        break;
-    case VexaPlayerPlayMode::RepeatAll:
-    case VexaPlayerPlayMode::ShuffleRepeatAll:
-        setRepeatMode(RepeatAll);
-        break;
-    }
+    if (VexaPlayerPlayMode::shuffles(newMode) != VexaPlayerPlayMode::shuffles(oldMode))
+        setShuffleEnabled(VexaPlayerPlayMode::shuffles(newMode));
+    setRepeatMode(RepeatMode(VexaPlayerPlayMode::repeat(newMode)));
     if (m_nextMediaPrepared)
         prepareNextMedia();
     request.reply().setFinished();

@@ -20,8 +20,10 @@ class PlayListPlayLogic : public StreamerPlayLogic
     Q_OBJECT
 
 public:
+    // The same numbers as VexaPlayerPlayMode::Repeat.
     enum RepeatMode { RepeatNone = 0, RepeatOne = 1, RepeatAll = 2 };
 
+    // parent is kept in the signature on purpose but ignored: the play logic lives as long as the process.
     PlayListPlayLogic(PlayListWorker* worker, PlayListManager* manager, QObject* parent);
     // A play logic registered in nodes of no particular worker: all it needs
     // of a worker is where its node lives.
@@ -74,6 +76,14 @@ public slots:
     void on_currentPlayList_repeatAllChanged(bool newValue);
 
 private:
+    // The play position follows the announced next entry once it started.
+    void takeAnnouncedNext();
+    // The shuffle order follows the list's changes.
+    void shuffleItemsRemoved(const QList<int>& indices);
+    void shuffleItemMoved(int from, int to);
+    void shuffleItemsAdded(int position, int firstSeqNum, int count);
+
+    // Kept on purpose: the owning worker, unread since nodes() is taken at construction.
     PlayListWorker* m_worker = nullptr;
     PlayListManager* m_manager;
     PlayListBase* m_currentPlayList = nullptr;

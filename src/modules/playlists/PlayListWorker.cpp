@@ -61,16 +61,14 @@ void PlayListWorker::setDataRequest(const CMSetDataRequest& request)
 
 void PlayListWorker::on_setDataRequest(CMSetDataRequest request)
 {
-    LOG4CPLUS_TRACE(PlayListsLog::logger(),
-                    "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayLists") << ": " << "routing");
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "routing");
     if (!m_controller->handleSetData(request))
         CMNodesWorker::setDataRequest(request);
 }
 
 void PlayListWorker::on_powerManagerTargetItem_changed(VexaValue newValue, VexaValue oldValue)
 {
-    LOG4CPLUS_TRACE(PlayListsLog::logger(), "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayLists")
-                                                     << ": " << "newValue=" << newValue << " oldValue=" << oldValue);
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "newValue=" << newValue << " oldValue=" << oldValue);
     if (oldValue.powerTarget().target() == 1 && newValue.powerTarget().target() == 2)
         m_database->vacuum();
 }

@@ -7,10 +7,8 @@
 
 #include <QString>
 
-// The entry line that most operations of the module write at TRACE:
-// "Enter <scoped function>: <message>".
-#define PLAYLISTS_LOG_ENTER(logger, message)                                                                           \
-    LOG4CPLUS_TRACE(logger, "Enter " << dbglog_scopedFunction(__PRETTY_FUNCTION__, "PlayLists") << ": " << message)
+// The store's entry lines under their older name; new code writes VEXA_LOG_ENTER(TRACE, ...).
+#define PLAYLISTS_LOG_ENTER(logger, message) VEXA_LOG_ENTER(TRACE, logger, message)
 
 // The module's logger and its way of stopping on a broken invariant.
 class PlayListsLog

@@ -79,7 +79,7 @@ void StreamerPlayLogic::changePlayMode(const CMSetDataRequest& request)
     const VexaPlayLogicChangePlayModeArgs args(request.value().toHash());
     bool ok = false;
     const int mode = VexaPlayerPlayMode::fromVariant(args.value(VexaPlayLogicChangePlayModeArgs::PlayMode()), &ok);
-    if (!ok || mode < VexaPlayerPlayMode::Normal || mode > VexaPlayerPlayMode::ShuffleRepeatAll) {
+    if (!ok || !VexaPlayerPlayMode::isValid(mode)) {
         request.reply().setError(CMError(CMError::BadRequestName(), QStringLiteral("Invalid play mode"),
                                          TrString(QStringLiteral("No such play mode: ")
                                                   + args.value(VexaPlayLogicChangePlayModeArgs::PlayMode()).toString())));
@@ -200,7 +200,7 @@ void StreamerPlayLogic::playTimeChangedInternal(qint64)
 bool StreamerPlayLogic::setDataRequest(const CMSetDataRequest& request)
 {
     const VexaPlayLogicRequest value(request.value().toHash());
-    VEXA_LOG_ENTER(logger(), playLogicPath() << " " << value);
+    VEXA_LOG_ENTER(TRACE, logger(), playLogicPath() << " " << value);
     if (value.isCommand() && dispatchCommand(request, value))
         return true;
     if (value.isCallback() && dispatchCallback(request, value))

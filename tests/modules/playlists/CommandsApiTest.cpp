@@ -1,4 +1,3 @@
-#include "Controller.h"
 #include "PlaylistsApi.h"
 
 #include <QRegularExpression>
@@ -20,19 +19,6 @@ protected:
 };
 
 } // namespace
-
-// Success texts never leave the module, so their form is checked here. Parts
-// that hold markers of their own ("%1") must come through as they are.
-TEST(CommandsApiMessageFormat, ErrorsJoinWithBlanksAndSuccessesPutTheirDetailInBrackets)
-{
-    Controller controller(nullptr, nullptr);
-    EXPECT_EQ(controller.buildErrMsg("A.", "B.", QString()), "A. B.");
-    EXPECT_EQ(controller.buildErrMsg("A.", "B.", "7"), "A. B. (7)");
-    EXPECT_EQ(controller.buildOkMsg("Done.", "Party", QString()), "Done. (Party)");
-    EXPECT_EQ(controller.buildOkMsg("Done.", "Party", "3"), "Done. Party (3)");
-    EXPECT_EQ(controller.buildErrMsg("%2", "%1", "%3"), "%2 %1 (%3)");
-    EXPECT_EQ(controller.buildOkMsg("%2", "%1%", QString()), "%2 (%1%)");
-}
 
 TEST_F(CommandsApiReplies, EveryCommandAnswersTrueOrTheNewUidAndDoesWhatItSays)
 {

@@ -109,57 +109,6 @@ TEST_F(PlaybackApi, aQueuePlaysThroughInOrderWithoutGapsAndEnds)
     EXPECT_EQ(std::count_if(first, seen.end(), [](const QVariantHash& s) { return state(s) != "playing"; }), 1);
 }
 
-TEST_F(PlaybackApi, repeatAllWrapsAndRepeatOneRepeats)
-{
-    ASSERT_EQ(m_pl.command("set-repeat", R"({"plid": 0, "mode": "all"})").status, 200);
-    const QString id = subscribeStatus();
-    ASSERT_EQ(add(0, "now", {J::track("A"), J::track("B")}).status, 200);
-    const QList<QVariantHash> seen = statusesUntil(id, [](const QList<QVariantHash>& statuses) { return played(statuses).size() >= 5; });
-    EXPECT_EQ(played(seen), QStringList({"A", "B", "A", "B", "A"}));
-    EXPECT_EQ(m_pl.api().data("player:/playMode", "value").json().toHash().value("value").toHash().value("playerPlayMode"), "repeatAll");
-
-    ASSERT_EQ(m_pl.set("player:/playMode", QVariantHash{{"type", "playerPlayMode"}, {"playerPlayMode", "repeatOne"}}).status, 200);
-    // What was announced before the change may still start; after that one title plays on.
-    QThread::msleep(100);
-    const QString kept = title(status());
-    ASSERT_FALSE(kept.isEmpty());
-    QElapsedTimer timer;
-    for (timer.start(); timer.elapsed() < 300;) {
-        const QVariantHash now = status();
-        ASSERT_EQ(state(now), "playing");
-        ASSERT_EQ(title(now), kept);
-    }
-    EXPECT_EQ(control("stop").status, 200);
-}
-
-TEST_F(PlaybackApi, removingThePlayingTrackGoesOnWithTheNext)
-{
-    ASSERT_EQ(add(0, "now", {J::track("A", 3600), J::track("B", 3600), J::track("C", 3600), J::track("D", 3600)}).status, 200);
-    ASSERT_TRUE(waitForTitle("A"));
-    ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [0]})").status, 200);
-    EXPECT_TRUE(waitForTitle("B"));
-    EXPECT_EQ(column(kQueue), QStringList({"B", "C", "D"}));
-
-    // An entry removed in front of the running one renumbers it, and the
-    // player shows the new number.
-    ASSERT_EQ(control("next").status, 200);
-    ASSERT_TRUE(waitForTitle("C"));
-    ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [0]})").status, 200);
-    EXPECT_TRUE(waitFor([](const QVariantHash& s) {
-        return title(s) == "C" && s.value("track").toHash().value("value") == QVariant(ApiCalls::i32(0));
-    }));
-
-    // The last track goes while it plays: playback ends, and what is added
-    // "now" afterwards lands at the end and starts.
-    ASSERT_EQ(control("next").status, 200);
-    ASSERT_TRUE(waitForTitle("D"));
-    ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [1]})").status, 200);
-    EXPECT_TRUE(waitForStop());
-    EXPECT_TRUE(J::answeredTrue(add(0, "now", {J::track("N", 3600)})));
-    EXPECT_EQ(column(kQueue), QStringList({"C", "N"}));
-    EXPECT_TRUE(waitForTitle("N"));
-}
-
 TEST_F(PlaybackApi, addingContentOfTwoModulesKeepsTheOrderOfTheirAnswers)
 {
     const int source = m_pl.createPlaylist("Source");
@@ -205,20 +154,52 @@ TEST_F(PlaybackApi, addingAWholePlaylistMovesItsItemsAndDeletesIt)
     EXPECT_EQ(column(targetTracks), QStringList({"T0", "S0", "S1"}));
 }
 
-TEST_F(PlaybackApi, thePlayPositionSurvivesARestart)
+// Large lists move in blocks: merged, cleared and deleted, the store keeps
+// dense numbers, no item without an entry and every reference intact.
+TEST_F(PlaybackApi, mergingClearingAndDeletingLargeListsKeepTheStoreWhole)
 {
-    const int party = m_pl.createPlaylist("Party");
-    ASSERT_EQ(add(party, "append", {J::track("A", 3600), J::track("B", 3600), J::track("C", 3600)}).status, 200);
-    ASSERT_EQ(m_pl.command("play-playlist", QVariantHash{{"plid", party}}).status, 200);
+    const StoreReader store(m_host.root() + "/data-rw/playlists/playlists.sqlite");
+    const auto consistent = [&](int playlist, int size) {
+        EXPECT_EQ(store.rows("SELECT count(*), coalesce(min(sequenceNumber), -1), coalesce(max(sequenceNumber), -1)"
+                             " FROM playlists_items WHERE playlist = ?1", {playlist}),
+                  QStringList(QString("%1|%2|%3").arg(size).arg(size ? 0 : -1).arg(size - 1)));
+        EXPECT_EQ(store.scalar("SELECT count(*) FROM items WHERE uid NOT IN (SELECT item FROM playlists_items)"), 0);
+        EXPECT_EQ(store.rows("PRAGMA foreign_key_check"), QStringList());
+    };
+    const int source = m_pl.createPlaylist("Source");
+    ASSERT_TRUE(m_pl.addTracks(source, J::numbered("S", 300)));
+    ASSERT_TRUE(m_pl.addTracks(0, J::numbered("Q", 300)));
+    EXPECT_TRUE(J::answeredTrue(m_pl.command("add-items", QVariantHash{{"plid", 0}, {"fromPlid", source}})));
+    QStringList joint;
+    for (const QVariant& row : m_pl.rows(kQueue, "title", 298, 301).value("rows").toList())
+        joint.append(row.toList().value(0).toString());
+    EXPECT_EQ(joint, QStringList({"Q298", "Q299", "S0", "S1"}));
+    consistent(0, 600);
+    consistent(source, 0);
+
+    const int doomed = m_pl.createPlaylist("Doomed");
+    ASSERT_TRUE(m_pl.addTracks(doomed, J::numbered("D", 300)));
+    ASSERT_TRUE(J::answeredTrue(m_pl.command("remove-items", QVariantHash{{"plid", doomed}, {"items", QVariantList{5, 7, 8, 200}}})));
+    consistent(doomed, 296);
+    EXPECT_TRUE(J::answeredTrue(m_pl.command("delete-playlist", QVariantHash{{"plid", doomed}})));
+    consistent(doomed, 0);
+    EXPECT_TRUE(J::answeredTrue(m_pl.command("clear-playlist", R"({"plid": 0})")));
+    consistent(0, 0);
+    EXPECT_EQ(store.scalar("SELECT count(*) FROM items"), 0);
+}
+
+// The player shows the play logic's number for the running track: an entry
+// removed in front of it renumbers it.
+TEST_F(PlaybackApi, thePlayerShowsTheRunningTracksNumberAfterTheListChanged)
+{
+    ASSERT_EQ(add(0, "now", {J::track("A", 3600), J::track("B", 3600), J::track("C", 3600)}).status, 200);
     ASSERT_TRUE(waitForTitle("A"));
     ASSERT_EQ(control("next").status, 200);
     ASSERT_TRUE(waitForTitle("B"));
-
-    start();
-    // "now" goes in after the entry played last, and starts.
-    ASSERT_EQ(add(party, "now", {J::track("New", 3600)}).status, 200);
-    EXPECT_EQ(column(QString("playlists:/tracks/%1").arg(party)), QStringList({"A", "B", "New", "C"}));
-    EXPECT_TRUE(waitForTitle("New"));
+    ASSERT_EQ(m_pl.command("remove-items", R"({"plid": 0, "items": [0]})").status, 200);
+    EXPECT_TRUE(waitFor([](const QVariantHash& s) {
+        return title(s) == "B" && s.value("track").toHash().value("value") == QVariant(ApiCalls::i32(0));
+    }));
 }
 
 TEST_F(PlaybackApiRealTime, theUsersControlsStepPauseAndStop)

@@ -4,7 +4,6 @@
 
 #include <sqlite3.h>
 
-#include <atomic>
 #include <cstdio>
 
 VexaPlayListItem TestItems::item(const QString& title)
@@ -88,39 +87,4 @@ void LogCapture::Appender::append(const log4cplus::spi::InternalLoggingEvent& ev
         std::fprintf(stderr, "%d %s\n", int(event.getLogLevel()), message.toUtf8().constData());
         std::fflush(stderr);
     }
-}
-
-namespace {
-
-std::atomic<bool> g_clockFixed{false};
-std::atomic<std::time_t> g_clockNow{0};
-
-} // namespace
-
-extern "C" std::time_t __real_time(std::time_t* out);
-
-extern "C" std::time_t __wrap_time(std::time_t* out)
-{
-    if (!g_clockFixed.load())
-        return __real_time(out);
-    const std::time_t now = g_clockNow.load();
-    if (out)
-        *out = now;
-    return now;
-}
-
-TestClock::TestClock(std::time_t now)
-{
-    set(now);
-    g_clockFixed.store(true);
-}
-
-TestClock::~TestClock()
-{
-    g_clockFixed.store(false);
-}
-
-void TestClock::set(std::time_t now)
-{
-    g_clockNow.store(now);
 }

@@ -1,5 +1,7 @@
 #include "BaseNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
 
@@ -17,11 +19,6 @@ bool readBoolSetting(const CMPath& path)
 }
 
 } // namespace
-
-BaseNode* BaseNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* manager)
-{
-    return createNode<BaseNode>(nodes, path, manager);
-}
 
 BaseNode::BaseNode(const CMPath& path, PlayListManager* manager)
     : CMListRowsNode(path),
@@ -72,10 +69,10 @@ VexaRoles BaseNode::addContextMenuToRoles(VexaRoles roles, int plid)
     VexaRoles context;
     context.setTitle(QStringLiteral("Playlist"));
     CMPath path = VexaPlayListPlTrackContextPath();
-    path.addParam(QStringLiteral("action"), QStringLiteral("cmnode"))
-        .addParam(QStringLiteral("plid"), toStr(plid))
-        .addParam(QStringLiteral("itemid"), roles.id())
-        .addParam(QStringLiteral("seqnum"), toStr(roles.value().i32()));
+    path.addParam(Param::Action, QStringLiteral("cmnode"))
+        .addParam(Param::Plid, toStr(plid))
+        .addParam(Param::ItemId, roles.id())
+        .addParam(Param::SeqNum, toStr(roles.value().i32()));
     context.setPath(path);
     context.setType(VexaRolesType::Container);
     context.setContainerType(VexaRolesContainerType::ContextMenu);
@@ -106,15 +103,6 @@ int BaseNode::toInt(const QString& s, int defaultValue)
 QString BaseNode::toStr(const int& v)
 {
     return QString::number(v, 10);
-}
-
-VexaMediaData BaseNode::playLogicMediaData()
-{
-    VexaMetaData meta;
-    meta.setPlayLogicPath(VexaPlayListsPlayLogicPath());
-    VexaMediaData media;
-    media.setMetaData(meta);
-    return media;
 }
 
 VexaRoles BaseNode::contextMenuRoles(const QString& title, const CMPath& path)

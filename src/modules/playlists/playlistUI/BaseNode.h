@@ -2,6 +2,7 @@
 
 #include "CMListRowsNode.h"
 #include "CMNodes.h"
+#include "Language.h"
 #include "VexaEvent.h"
 #include "VexaRoles.h"
 
@@ -12,16 +13,11 @@
 
 class PlayListManager;
 
-// A user text in the translation context of the calling member's class.
-#define NODE_TR(text) Language::ntr(trExtractContext(__PRETTY_FUNCTION__), QStringLiteral(text))
-
 // The base of every node of the module's browse tree: it reads the model,
 // answers rows requests page by page and builds the parts rows share.
 class BaseNode : public CMListRowsNode
 {
 public:
-    static BaseNode* create(CMNodes* nodes, const CMPath& path, PlayListManager* manager);
-
     // Reads the visibility settings of the play queue and of collections:
     // a later change reaches only nodes built after it.
     BaseNode(const CMPath& path, PlayListManager* manager);
@@ -43,7 +39,6 @@ public:
 
 protected:
     // Pieces of rows that several lists and menus share.
-    static VexaMediaData playLogicMediaData();
     static VexaRoles contextMenuRoles(const QString& title, const CMPath& path);
     static VexaRoles row(const QString& title, const CMPath& path, VexaRolesType::Enum type);
     static VexaRoles inputRow(const QString& title, const CMPath& path, const VexaValue& value);

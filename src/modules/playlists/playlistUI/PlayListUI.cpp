@@ -1,5 +1,7 @@
 #include "PlayListUI.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "BaseNode.h"
 #include "CollectionBase.h"
 #include "PlayListBase.h"
@@ -62,7 +64,7 @@ PlayListUI::~PlayListUI()
 void PlayListUI::watchPlayList(int uid)
 {
     PlayListBase* playlist = m_manager->getPlayListByUid(uid);
-    const CMPath path = VexaPlayListPlGetItemsPath().appended(BaseNode::toStr(uid));
+    const CMPath path = itemsPathOf(uid);
     // A tracks node outlives its playlist; a new playlist with the same uid takes it over.
     auto* itemsNode = dynamic_cast<BaseNode*>(m_registry->find(path));
     if (!itemsNode)

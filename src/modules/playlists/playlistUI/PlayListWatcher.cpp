@@ -3,20 +3,11 @@
 #include "BaseNode.h"
 #include "PlayListBase.h"
 #include "PlayListsLog.h"
+#include "PlayListsVocabulary.h"
 
 #include "CMSubscribe.h"
 #include "VexaConnect.h"
 #include "VexaPaths.h"
-
-namespace {
-
-// The path of a playlist's tracks: the play queue has its own.
-CMPath itemsPath(int uid)
-{
-    return uid == 0 ? VexaPlayListPqGetItemsPath() : VexaPlayListPlGetItemsPath().appended(BaseNode::toStr(uid));
-}
-
-} // namespace
 
 PlayListWatcher::PlayListWatcher(QObject* parent, CMSubscribe* subscribe, PlayListBase* playlist, BaseNode* itemsNode)
     : QObject(parent), m_subscribe(subscribe), m_uid(playlist->getUid()), m_itemsNode(itemsNode)
@@ -37,7 +28,7 @@ void PlayListWatcher::on_items_added(QString, int firstSeqNum, int count)
     QStringList changes;
     for (int i = firstSeqNum; i < firstSeqNum + count; ++i)
         changes.append(QStringLiteral("+%1").arg(i));
-    const CMPath path = itemsPath(m_uid);
+    const CMPath path = itemsPathOf(m_uid);
     LOG4CPLUS_TRACE(logger, "itemsChanged: " << changes);
     LOG4CPLUS_TRACE(logger, "path: " << path);
     m_subscribe->rowsChanged(path, changes, 0, -1);
@@ -73,5 +64,5 @@ void PlayListWatcher::on_playlistName_changed(QString)
 
 void PlayListWatcher::restartPlayListView(int uid)
 {
-    m_subscribe->changedStartingWith(itemsPath(uid), CMSubscribe::RowsChangeReset(), -1, -1);
+    m_subscribe->changedStartingWith(itemsPathOf(uid), CMSubscribe::RowsChangeReset(), -1, -1);
 }

@@ -1,5 +1,7 @@
 #include "RootNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "CollectionBase.h"
 #include "PlayListBase.h"
 #include "PlayListManager.h"
@@ -19,7 +21,7 @@ RootNode* RootNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* 
 bool RootNode::getRowsRequest(const CMGetRowsRequest& request)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    PLAYLISTS_LOG_ENTER(logger, "request=" << request.index());
+    VEXA_LOG_ENTER(TRACE, logger, "request=" << request.index());
     LOG4CPLUS_TRACE(logger, "path: " << request.path());
     LOG4CPLUS_TRACE(logger, "fromRow: " << request.fromRow());
     LOG4CPLUS_TRACE(logger, "toRow: " << request.toRow());
@@ -29,49 +31,49 @@ bool RootNode::getRowsRequest(const CMGetRowsRequest& request)
             PlayListBase* queue = m_manager->getPlayQueue();
             LOG4CPLUS_TRACE(logger, "pqname: " << queue->getName());
             LOG4CPLUS_TRACE(logger, "pqid: " << queue->getUid());
-            VexaRoles roles = row(queue->getName(), VexaPlayListPqGetItemsPath(), VexaRolesType::Container);
+            VexaRoles roles = row(queue->getName(), itemsPathOf(queue->getUid()), VexaRolesType::Container);
             roles.setContainerPlayable(true);
             roles.setMediaData(playLogicMediaData());
             roles.setContext(contextMenuRoles(
-                queue->getName(), VexaPlayListPqContextPath().withParam(QStringLiteral("plid"), toStr(queue->getUid()))));
+                queue->getName(), VexaPlayListPqContextPath().withParam(Param::Plid, toStr(queue->getUid()))));
             appendRow(rows, request, roles);
         }
         appendRow(rows, request, row(Language::ntr("PlayLists", "Playlists"), CMPath(), VexaRolesType::Header));
         appendRow(rows, request,
-                  inputRow(NODE_TR("Create New Playlist"),
-                           ownPath({{QStringLiteral("action"), QStringLiteral("createPl")}}), stringValue(QString())));
+                  inputRow(VEXA_TR("Create New Playlist"),
+                           ownPath({{Param::Action, QStringLiteral("createPl")}}), stringValue(QString())));
         for (PlayListBase* playlist : m_manager->getAllPlayList()) {
             LOG4CPLUS_TRACE(logger, "plname: " << playlist->getName());
             LOG4CPLUS_TRACE(logger, "plid: " << playlist->getUid());
-            VexaRoles roles = row(playlist->getName(), VexaPlayListPlGetItemsPath().appended(toStr(playlist->getUid())),
+            VexaRoles roles = row(playlist->getName(), itemsPathOf(playlist->getUid()),
                                   VexaRolesType::Container);
             roles.setContainerPlayable(true);
             roles.setMediaData(playLogicMediaData());
             roles.setContext(contextMenuRoles(
-                NODE_TR("Playlist Context Menu") + QStringLiteral(" - ") + playlist->getName(),
-                VexaPlayListPlContextPath().withParam(QStringLiteral("plid"), toStr(playlist->getUid()))));
+                VEXA_TR("Playlist Context Menu") + QStringLiteral(" - ") + playlist->getName(),
+                VexaPlayListPlContextPath().withParam(Param::Plid, toStr(playlist->getUid()))));
             appendRow(rows, request, roles);
         }
         if (m_collectionsVisible) {
             appendRow(rows, request, row(Language::ntr("PlayLists", "Collections"), CMPath(), VexaRolesType::Header));
             appendRow(rows, request,
-                      inputRow(NODE_TR("Create New Collection"),
-                               ownPath({{QStringLiteral("action"), QStringLiteral("createCl")}}), stringValue(QString())));
+                      inputRow(VEXA_TR("Create New Collection"),
+                               ownPath({{Param::Action, QStringLiteral("createCl")}}), stringValue(QString())));
             for (CollectionBase* collection : m_manager->getAllCollection()) {
                 LOG4CPLUS_TRACE(logger, "clname: " << collection->getName());
                 LOG4CPLUS_TRACE(logger, "clid: " << collection->getUid());
                 VexaRoles roles = row(collection->getName(),
-                                      VexaPlayListClGetItemsPath().withParam(QStringLiteral("clid"), toStr(collection->getUid())),
+                                      VexaPlayListClGetItemsPath().withParam(Param::Clid, toStr(collection->getUid())),
                                       VexaRolesType::Container);
                 roles.setContainerPlayable(true);
                 roles.setContext(contextMenuRoles(
-                    NODE_TR("Collection Context Menu") + QStringLiteral(" - ") + collection->getName(),
-                    VexaPlayListClContextPath().withParam(QStringLiteral("clid"), toStr(collection->getUid()))));
+                    VEXA_TR("Collection Context Menu") + QStringLiteral(" - ") + collection->getName(),
+                    VexaPlayListClContextPath().withParam(Param::Clid, toStr(collection->getUid()))));
                 appendRow(rows, request, roles);
             }
         }
     }
-    sendRowsReply(rows, rows.size(), NODE_TR("Playlists"), createRolesFromPath(request.path(), request.roleNames()),
+    sendRowsReply(rows, rows.size(), VEXA_TR("Playlists"), createRolesFromPath(request.path(), request.roleNames()),
                   request, true);
     return true;
 }
@@ -79,7 +81,7 @@ bool RootNode::getRowsRequest(const CMGetRowsRequest& request)
 bool RootNode::setDataRequest(const CMSetDataRequest& request)
 {
     const VexaValue value(request.value().toHash());
-    const QString action = request.path().param(QStringLiteral("action"));
+    const QString action = request.path().param(Param::Action);
     if (action == QLatin1String("createPl")) {
         VexaPlayListPlCreate record;
         if (value.contains(VexaValue::String_()))

@@ -1,5 +1,7 @@
 #include "CollectionAddToClNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "CollectionBase.h"
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
@@ -8,12 +10,6 @@
 #include "VexaPaths.h"
 #include "VexaPlayListClAddRemoveItem.h"
 #include "VexaPlayListClCreate.h"
-
-namespace {
-
-const QString kAction = QStringLiteral("action");
-
-} // namespace
 
 CollectionAddToClNode* CollectionAddToClNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* manager)
 {
@@ -28,7 +24,7 @@ bool CollectionAddToClNode::getRowsRequest(const CMGetRowsRequest& request)
     base.setParams(request.path().params());
     QVariantList rows;
     appendRow(rows, request,
-              inputRow(NODE_TR("Create new collection"), base.withParam(kAction, QStringLiteral("createCl")),
+              inputRow(VEXA_TR("Create new collection"), base.withParam(Param::Action, QStringLiteral("createCl")),
                        stringValue(QString())));
     appendRow(rows, request, separatorRow());
     if (m_manager) {
@@ -36,19 +32,19 @@ bool CollectionAddToClNode::getRowsRequest(const CMGetRowsRequest& request)
             LOG4CPLUS_TRACE(logger, "clid: " << collection->getUid());
             appendRow(rows, request,
                       row(collection->getName(),
-                          base.withParam(kAction, QStringLiteral("addItem"))
-                              .withParam(QStringLiteral("clid"), toStr(collection->getUid())),
+                          base.withParam(Param::Action, QStringLiteral("addItem"))
+                              .withParam(Param::Clid, toStr(collection->getUid())),
                           VexaRolesType::Action));
         }
     }
-    sendRowsReply(rows, rows.size(), NODE_TR("Add playlist to collection"),
+    sendRowsReply(rows, rows.size(), VEXA_TR("Add playlist to collection"),
                   createRolesFromPath(request.path(), request.roleNames()), request, true);
     return true;
 }
 
 bool CollectionAddToClNode::setDataRequest(const CMSetDataRequest& request)
 {
-    const QString action = request.path().param(kAction);
+    const QString action = request.path().param(Param::Action);
     if (action == QLatin1String("createCl")) {
         VexaPlayListClCreate record;
         record.setName(VexaValue(request.value().toHash()).string_());
@@ -57,8 +53,8 @@ bool CollectionAddToClNode::setDataRequest(const CMSetDataRequest& request)
     }
     if (action == QLatin1String("addItem")) {
         VexaPlayListClAddRemoveItem record;
-        record.setPlid(toInt(request.path().param(QStringLiteral("plid")), -1));
-        record.setClid(toInt(request.path().param(QStringLiteral("clid")), -1));
+        record.setPlid(toInt(request.path().param(Param::Plid), -1));
+        record.setClid(toInt(request.path().param(Param::Clid), -1));
         invokeCommand(VexaPlayListClAddItemPath(), record, request);
         return true;
     }
@@ -67,5 +63,5 @@ bool CollectionAddToClNode::setDataRequest(const CMSetDataRequest& request)
 
 void CollectionAddToClNode::watchReplyFinished(const CMReply<QVariant>& reply, CMSetDataRequest request)
 {
-    passReply(reply, request, request.path().param(kAction) == QLatin1String("addItem"));
+    passReply(reply, request, request.path().param(Param::Action) == QLatin1String("addItem"));
 }

@@ -1,5 +1,7 @@
 #include "CollectionContextNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "CollectionBase.h"
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
@@ -15,26 +17,26 @@ CollectionContextNode* CollectionContextNode::create(CMNodes* nodes, const CMPat
 
 bool CollectionContextNode::getRowsRequest(const CMGetRowsRequest& request)
 {
-    const QString clid = request.path().param(QStringLiteral("clid"));
+    const QString clid = request.path().param(Param::Clid);
     LOG4CPLUS_TRACE(PlayListsLog::logger(), "clid: " << clid);
     CollectionBase* collection = m_manager ? m_manager->getCollectionByUid(toInt(clid, -1)) : nullptr;
     QVariantList rows;
     appendRow(rows, request,
-              row(NODE_TR("Delete collection"),
-                  ownPath({{QStringLiteral("action"), QStringLiteral("delete")}, {QStringLiteral("clid"), clid}}),
+              row(VEXA_TR("Delete collection"),
+                  ownPath({{Param::Action, QStringLiteral("delete")}, {Param::Clid, clid}}),
                   VexaRolesType::Action));
     sendRowsReply(rows, rows.size(),
-                  NODE_TR("Collection Context Menu") + QStringLiteral(" - ") + (collection ? collection->getName() : QString()),
+                  VEXA_TR("Collection Context Menu") + QStringLiteral(" - ") + (collection ? collection->getName() : QString()),
                   createRolesFromPath(request.path(), request.roleNames()), request, true);
     return true;
 }
 
 bool CollectionContextNode::setDataRequest(const CMSetDataRequest& request)
 {
-    if (request.path().param(QStringLiteral("action")) != QLatin1String("delete"))
+    if (request.path().param(Param::Action) != QLatin1String("delete"))
         return false;
     VexaPlayListClId record;
-    record.setClid(toInt(request.path().param(QStringLiteral("clid")), -1));
+    record.setClid(toInt(request.path().param(Param::Clid), -1));
     invokeCommand(VexaPlayListClDeletePath(), record, request);
     return true;
 }

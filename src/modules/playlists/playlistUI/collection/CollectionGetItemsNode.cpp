@@ -1,5 +1,7 @@
 #include "CollectionGetItemsNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "CollectionBase.h"
 #include "PlayListBase.h"
 #include "PlayListManager.h"
@@ -16,14 +18,14 @@ CollectionGetItemsNode* CollectionGetItemsNode::create(CMNodes* nodes, const CMP
 bool CollectionGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    PLAYLISTS_LOG_ENTER(logger, "request=" << request.index());
+    VEXA_LOG_ENTER(TRACE, logger, "request=" << request.index());
     LOG4CPLUS_TRACE(logger, "path: " << request.path());
-    const int clid = request.path().param(QStringLiteral("clid")).toInt();
+    const int clid = request.path().param(Param::Clid).toInt();
     LOG4CPLUS_TRACE(logger, "clid: " << clid);
     const VexaRoles header = createRolesFromPath(request.path(), request.roleNames());
     CollectionBase* collection = m_manager ? m_manager->getCollectionByUid(clid) : nullptr;
     if (!collection) {
-        sendRowsReply(QVariantList(), 0, NODE_TR("Collection - "), header, request, true);
+        sendRowsReply(QVariantList(), 0, VEXA_TR("Collection - "), header, request, true);
         return true;
     }
     const QList<PlayListBase*>& playlists = collection->getPlayLists();
@@ -32,18 +34,18 @@ bool CollectionGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
     for (PlayListBase* playlist : playlists) {
         LOG4CPLUS_TRACE(logger, "plid: " << playlist->getUid());
         VexaRoles roles = row(playlist->getName(),
-                              VexaPlayListPlGetItemsPath().appended(QStringLiteral("%1").arg(playlist->getUid())),
+                              itemsPathOf(playlist->getUid()),
                               VexaRolesType::Container);
         roles.setContainerPlayable(true);
         roles.setMediaData(playLogicMediaData());
         // The menu names the collection too, so that it can offer to take the
         // playlist out of it: the menu has no other way to know where it was opened.
-        roles.setContext(contextMenuRoles(NODE_TR("Playlist") + QStringLiteral(" - ") + playlist->getName(),
+        roles.setContext(contextMenuRoles(VEXA_TR("Playlist") + QStringLiteral(" - ") + playlist->getName(),
                                           VexaPlayListPlContextPath()
-                                              .withParam(QStringLiteral("plid"), toStr(playlist->getUid()))
-                                              .withParam(QStringLiteral("clid"), toStr(collection->getUid()))));
+                                              .withParam(Param::Plid, toStr(playlist->getUid()))
+                                              .withParam(Param::Clid, toStr(collection->getUid()))));
         appendRow(rows, request, roles);
     }
-    sendRowsReply(rows, rows.size(), NODE_TR("Collection - ") + collection->getName(), header, request, true);
+    sendRowsReply(rows, rows.size(), VEXA_TR("Collection - ") + collection->getName(), header, request, true);
     return true;
 }

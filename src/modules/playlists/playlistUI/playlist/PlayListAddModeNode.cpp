@@ -1,5 +1,7 @@
 #include "PlayListAddModeNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "Language.h"
 #include "VexaPaths.h"
 #include "VexaPlayListPlAddItems.h"
@@ -15,15 +17,15 @@ bool PlayListAddModeNode::getRowsRequest(const CMGetRowsRequest& request)
     {
         QString title;
         const char* mode;
-    } choices[] = {{NODE_TR("Now"), "0"}, {NODE_TR("After current"), "1"}, {NODE_TR("Append"), "2"}};
+    } choices[] = {{VEXA_TR("Now"), "0"}, {VEXA_TR("After current"), "1"}, {VEXA_TR("Append"), "2"}};
     QVariantList rows;
     for (const auto& choice : choices) {
         CMPath choicePath = path();
         choicePath.setParams(request.path().params());
-        choicePath.addParam(QStringLiteral("mode"), QString::fromLatin1(choice.mode));
+        choicePath.addParam(Param::Mode, QString::fromLatin1(choice.mode));
         appendRow(rows, request, row(choice.title, choicePath, VexaRolesType::Action));
     }
-    sendRowsReply(rows, rows.size(), NODE_TR("Playlists"), createRolesFromPath(request.path(), request.roleNames()),
+    sendRowsReply(rows, rows.size(), VEXA_TR("Playlists"), createRolesFromPath(request.path(), request.roleNames()),
                   request, true);
     return true;
 }
@@ -32,13 +34,13 @@ bool PlayListAddModeNode::setDataRequest(const CMSetDataRequest& request)
 {
     const CMPath& path = request.path();
     VexaPlayListPlAddItems record;
-    record.setPlid(toInt(path.param(QStringLiteral("plid")), -1));
-    if (path.hasParam(QStringLiteral("fromplid")))
-        record.setFromPlid(toInt(path.param(QStringLiteral("fromplid")), -1));
-    record.setMode(toInt(path.param(QStringLiteral("mode")), -1));
+    record.setPlid(toInt(path.param(Param::Plid), -1));
+    if (path.hasParam(Param::FromPlid))
+        record.setFromPlid(toInt(path.param(Param::FromPlid), -1));
+    record.setMode(toInt(path.param(Param::Mode), -1));
     QList<CMPath> items;
-    if (path.hasParam(QStringLiteral("itemid")))
-        items.append(CMPath(path.param(QStringLiteral("itemid"))));
+    if (path.hasParam(Param::ItemId))
+        items.append(CMPath(path.param(Param::ItemId)));
     record.setItems(items);
     invokeCommand(VexaPlayListPlAddItemsPath(), record, request);
     return true;

@@ -1,5 +1,7 @@
 #include "PlayListAddToPlaylistNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "PlayListBase.h"
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
@@ -19,32 +21,32 @@ bool PlayListAddToPlaylistNode::getRowsRequest(const CMGetRowsRequest& request)
     const CMPath& requestPath = request.path();
     QVariantList rows;
     appendRow(rows, request,
-              inputRow(NODE_TR("Create new playlist"),
-                       ownPath({{QStringLiteral("itemid"), requestPath.param(QStringLiteral("itemid"))},
-                                {QStringLiteral("action"), QStringLiteral("createPl")}}),
+              inputRow(VEXA_TR("Create new playlist"),
+                       ownPath({{Param::ItemId, requestPath.param(Param::ItemId)},
+                                {Param::Action, QStringLiteral("createPl")}}),
                        stringValue(QString())));
     appendRow(rows, request, separatorRow());
     if (m_manager) {
         for (PlayListBase* playlist : m_manager->getAllPlayList()) {
             LOG4CPLUS_TRACE(logger, "plid: " << playlist->getUid());
-            LOG4CPLUS_TRACE(logger, "fromplid: " << requestPath.param(QStringLiteral("fromplid")));
+            LOG4CPLUS_TRACE(logger, "fromplid: " << requestPath.param(Param::FromPlid));
             CMPath next = VexaPlayListPlSelectAddModePath();
             next.setParams(requestPath.params());
-            next.addParam(QStringLiteral("plid"), toStr(playlist->getUid()));
+            next.addParam(Param::Plid, toStr(playlist->getUid()));
             VexaRoles roles = row(playlist->getName(), next, VexaRolesType::Container);
             roles.setContainerPlayable(true);
             roles.setContainerType(VexaRolesContainerType::ContextMenu);
             appendRow(rows, request, roles);
         }
     }
-    sendRowsReply(rows, rows.size(), NODE_TR("Playlists"), createRolesFromPath(requestPath, request.roleNames()),
+    sendRowsReply(rows, rows.size(), VEXA_TR("Playlists"), createRolesFromPath(requestPath, request.roleNames()),
                   request, true);
     return true;
 }
 
 bool PlayListAddToPlaylistNode::setDataRequest(const CMSetDataRequest& request)
 {
-    if (request.path().param(QStringLiteral("action")) != QLatin1String("createPl"))
+    if (request.path().param(Param::Action) != QLatin1String("createPl"))
         return false;
     VexaPlayListPlCreate record;
     record.setName(VexaValue(request.value().toHash()).string_());

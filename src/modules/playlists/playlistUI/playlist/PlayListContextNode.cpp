@@ -1,5 +1,7 @@
 #include "PlayListContextNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "CollectionBase.h"
 #include "PlayListBase.h"
 #include "PlayListManager.h"
@@ -16,10 +18,6 @@
 
 namespace {
 
-const QString kAction = QStringLiteral("action");
-const QString kPlid = QStringLiteral("plid");
-const QString kClid = QStringLiteral("clid");
-const QString kMode = QStringLiteral("mode");
 
 // A toggle row's mode: the value sent, else the inverse held by the row's path.
 QVariant toggleMode(const CMSetDataRequest& request)
@@ -27,7 +25,7 @@ QVariant toggleMode(const CMSetDataRequest& request)
     const VexaValue value(request.value().toHash());
     if (value.contains(VexaValue::Bool_()))
         return int(value.bool_());
-    return BaseNode::toInt(request.path().param(kMode), -1);
+    return BaseNode::toInt(request.path().param(Param::Mode), -1);
 }
 
 } // namespace
@@ -40,50 +38,50 @@ PlayListContextNode* PlayListContextNode::create(CMNodes* nodes, const CMPath& p
 bool PlayListContextNode::getRowsRequest(const CMGetRowsRequest& request)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    const QString plid = request.path().param(kPlid);
-    const QString clid = request.path().param(kClid);
+    const QString plid = request.path().param(Param::Plid);
+    const QString clid = request.path().param(Param::Clid);
     LOG4CPLUS_TRACE(logger, "plid: " << plid);
     LOG4CPLUS_TRACE(logger, "clid: " << clid);
     PlayListBase* playlist = m_manager ? m_manager->getPlayListByUid(toInt(plid, -1)) : nullptr;
-    const QString title = NODE_TR("Playlist Context Menu") + QStringLiteral(" - ") + (playlist ? playlist->getName() : QString());
+    const QString title = VEXA_TR("Playlist Context Menu") + QStringLiteral(" - ") + (playlist ? playlist->getName() : QString());
     QVariantList rows;
     if (playlist) {
-        appendRow(rows, request, row(NODE_TR("Play"), ownPath({{kAction, QStringLiteral("play")}, {kPlid, plid}}),
+        appendRow(rows, request, row(VEXA_TR("Play"), ownPath({{Param::Action, QStringLiteral("play")}, {Param::Plid, plid}}),
                                      VexaRolesType::Action));
-        appendRow(rows, request, inputRow(NODE_TR("Rename"), ownPath({{kAction, QStringLiteral("rename")}, {kPlid, plid}}),
+        appendRow(rows, request, inputRow(VEXA_TR("Rename"), ownPath({{Param::Action, QStringLiteral("rename")}, {Param::Plid, plid}}),
                                           stringValue(playlist->getName())));
         appendRow(rows, request,
-                  inputRow(NODE_TR("Set shuffle mode"),
-                           ownPath({{kAction, QStringLiteral("shuffle")}, {kPlid, plid}, {kMode, toStr(!playlist->getShuffle())}}),
+                  inputRow(VEXA_TR("Set shuffle mode"),
+                           ownPath({{Param::Action, QStringLiteral("shuffle")}, {Param::Plid, plid}, {Param::Mode, toStr(!playlist->getShuffle())}}),
                            boolValue(playlist->getShuffle())));
         appendRow(rows, request,
-                  inputRow(NODE_TR("Set repeat mode"),
-                           ownPath({{kAction, QStringLiteral("repeat")}, {kPlid, plid}, {kMode, toStr(!playlist->getRepeatAll())}}),
+                  inputRow(VEXA_TR("Set repeat mode"),
+                           ownPath({{Param::Action, QStringLiteral("repeat")}, {Param::Plid, plid}, {Param::Mode, toStr(!playlist->getRepeatAll())}}),
                            boolValue(playlist->getRepeatAll())));
         // The merge source travels as "fromplid" through the choosers to the add command.
         appendRow(rows, request,
-                  row(NODE_TR("Merge with playlist"),
+                  row(VEXA_TR("Merge with playlist"),
                       VexaPlayListPlAddToPlaylistPath()
-                          .withParam(kAction, QStringLiteral("cmnode"))
-                          .withParam(QStringLiteral("fromplid"), plid),
+                          .withParam(Param::Action, QStringLiteral("cmnode"))
+                          .withParam(Param::FromPlid, plid),
                       VexaRolesType::Container));
         appendRow(rows, request,
-                  row(NODE_TR("Add to collection"),
-                      VexaPlayListClAddtoCollectionPath().withParam(kAction, QStringLiteral("cmnode")).withParam(kPlid, plid),
+                  row(VEXA_TR("Add to collection"),
+                      VexaPlayListClAddtoCollectionPath().withParam(Param::Action, QStringLiteral("cmnode")).withParam(Param::Plid, plid),
                       VexaRolesType::Container));
         CollectionBase* collection =
-            request.path().hasParam(kClid) ? m_manager->getCollectionByUid(clid.toInt()) : nullptr;
+            request.path().hasParam(Param::Clid) ? m_manager->getCollectionByUid(clid.toInt()) : nullptr;
         if (collection) {
             appendRow(rows, request,
-                      row(NODE_TR("Remove from collection") + QStringLiteral(" - ") + collection->getName(),
-                          ownPath({{kAction, QStringLiteral("delFromCl")}, {kPlid, plid}, {kClid, clid}}),
+                      row(VEXA_TR("Remove from collection") + QStringLiteral(" - ") + collection->getName(),
+                          ownPath({{Param::Action, QStringLiteral("delFromCl")}, {Param::Plid, plid}, {Param::Clid, clid}}),
                           VexaRolesType::Action));
         }
         appendRow(rows, request, separatorRow());
-        appendRow(rows, request, row(NODE_TR("Clear playlist"),
-                                     ownPath({{kAction, QStringLiteral("clearPl")}, {kPlid, plid}}), VexaRolesType::Action));
-        appendRow(rows, request, row(NODE_TR("Delete playlist"),
-                                     ownPath({{kAction, QStringLiteral("delPL")}, {kPlid, plid}}), VexaRolesType::Action));
+        appendRow(rows, request, row(VEXA_TR("Clear playlist"),
+                                     ownPath({{Param::Action, QStringLiteral("clearPl")}, {Param::Plid, plid}}), VexaRolesType::Action));
+        appendRow(rows, request, row(VEXA_TR("Delete playlist"),
+                                     ownPath({{Param::Action, QStringLiteral("delPL")}, {Param::Plid, plid}}), VexaRolesType::Action));
     }
     sendRowsReply(rows, rows.size(), title, createRolesFromPath(request.path(), request.roleNames()), request, true);
     return true;
@@ -91,8 +89,8 @@ bool PlayListContextNode::getRowsRequest(const CMGetRowsRequest& request)
 
 bool PlayListContextNode::setDataRequest(const CMSetDataRequest& request)
 {
-    const QString action = request.path().param(kAction);
-    const int plid = toInt(request.path().param(kPlid), -1);
+    const QString action = request.path().param(Param::Action);
+    const int plid = toInt(request.path().param(Param::Plid), -1);
     if (action == QLatin1String("play") || action == QLatin1String("clearPl") || action == QLatin1String("delPL")) {
         VexaPlayListPlId record;
         record.setPlid(plid);
@@ -123,7 +121,7 @@ bool PlayListContextNode::setDataRequest(const CMSetDataRequest& request)
     } else if (action == QLatin1String("delFromCl")) {
         VexaPlayListClAddRemoveItem record;
         record.setPlid(plid);
-        record.setClid(toInt(request.path().param(kClid), -1));
+        record.setClid(toInt(request.path().param(Param::Clid), -1));
         invokeCommand(VexaPlayListClRemoveItemPath(), record, request);
     } else {
         return false;
@@ -133,7 +131,7 @@ bool PlayListContextNode::setDataRequest(const CMSetDataRequest& request)
 
 void PlayListContextNode::watchReplyFinished(const CMReply<QVariant>& reply, CMSetDataRequest request)
 {
-    const QString action = request.path().param(kAction);
+    const QString action = request.path().param(Param::Action);
     const bool staysOpen = action == QLatin1String("shuffle") || action == QLatin1String("repeat")
         || action == QLatin1String("rename");
     passReply(reply, request, !staysOpen);

@@ -1,5 +1,7 @@
 #include "PlayListGetItemsNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "PlayListBase.h"
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
@@ -15,12 +17,12 @@ PlayListGetItemsNode* PlayListGetItemsNode::create(CMNodes* nodes, const CMPath&
 
 bool PlayListGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "request=" << request.index());
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "request=" << request.index());
     const int uid = toInt(path().lastSegment(), -1);
     LOG4CPLUS_TRACE(PlayListsLog::logger(), "plid: " << uid);
     PlayListBase* playlist = m_manager ? m_manager->getPlayListByUid(uid) : nullptr;
     const QString name = playlist ? playlist->getName() : QString();
-    sendTracks(playlist, NODE_TR("Playlist") + QStringLiteral(" - ") + name, request);
+    sendTracks(playlist, VEXA_TR("Playlist") + QStringLiteral(" - ") + name, request);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "PlayListGetListNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "PlayListBase.h"
 #include "PlayListGetItemsNode.h"
 #include "PlayListManager.h"
@@ -16,28 +18,28 @@ PlayListGetListNode* PlayListGetListNode::create(CMNodes* nodes, const CMPath& p
 bool PlayListGetListNode::getRowsRequest(const CMGetRowsRequest& request)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
-    PLAYLISTS_LOG_ENTER(logger, "request=" << request.index());
+    VEXA_LOG_ENTER(TRACE, logger, "request=" << request.index());
     QVariantList rows;
     // The create row points at the root, which carries out the creation.
     CMPath createPath = VexaPlayListsRootPath();
     createPath.setParams(request.path().params());
-    createPath.addParam(QStringLiteral("action"), QStringLiteral("createPl"));
-    appendRow(rows, request, inputRow(NODE_TR("Create new playlist"), createPath, stringValue(QString())));
+    createPath.addParam(Param::Action, QStringLiteral("createPl"));
+    appendRow(rows, request, inputRow(VEXA_TR("Create new playlist"), createPath, stringValue(QString())));
     if (m_manager) {
         for (PlayListBase* playlist : m_manager->getAllPlayList()) {
             LOG4CPLUS_TRACE(logger, "plname: " << playlist->getName());
             LOG4CPLUS_TRACE(logger, "plid: " << playlist->getUid());
             VexaRoles roles = row(playlist->getName(),
-                                  VexaPlayListPlGetItemsPath().appended(QStringLiteral("%1").arg(playlist->getUid())),
+                                  itemsPathOf(playlist->getUid()),
                                   VexaRolesType::Container);
             roles.setMediaData(playLogicMediaData());
             roles.setContext(contextMenuRoles(
-                NODE_TR("Playlist Context Menu") + QStringLiteral(" - ") + playlist->getName(),
-                VexaPlayListPlContextPath().withParam(QStringLiteral("plid"), toStr(playlist->getUid()))));
+                VEXA_TR("Playlist Context Menu") + QStringLiteral(" - ") + playlist->getName(),
+                VexaPlayListPlContextPath().withParam(Param::Plid, toStr(playlist->getUid()))));
             appendRow(rows, request, roles);
         }
     }
-    sendRowsReply(rows, rows.size(), NODE_TR("Playlists"), createRolesFromPath(request.path(), request.roleNames()),
+    sendRowsReply(rows, rows.size(), VEXA_TR("Playlists"), createRolesFromPath(request.path(), request.roleNames()),
                   request, true);
     return true;
 }
@@ -46,7 +48,7 @@ void PlayListGetListNode::createPlaylistNode(const int& plid)
 {
     if (!m_itemsNodeMap.contains(plid)) {
         m_itemsNodeMap.insert(plid, PlayListGetItemsNode::create(
-                                        nodes(), VexaPlayListPlGetItemsPath().appended(toStr(plid)), m_manager));
+                                        nodes(), itemsPathOf(plid), m_manager));
     }
     debugPlaylistNodes();
 }

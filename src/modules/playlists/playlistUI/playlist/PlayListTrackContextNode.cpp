@@ -1,22 +1,13 @@
 #include "PlayListTrackContextNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "PlayListsLog.h"
 
 #include "Language.h"
 #include "VexaPaths.h"
 #include "VexaPlayListPlMoveItems.h"
 #include "VexaPlayListPlRemoveItems.h"
-
-namespace {
-
-const QString kAction = QStringLiteral("action");
-const QString kPlid = QStringLiteral("plid");
-const QString kFromPlid = QStringLiteral("fromplid");
-const QString kItemId = QStringLiteral("itemid");
-const QString kSeqNum = QStringLiteral("seqnum");
-const QString kFrom = QStringLiteral("from");
-
-} // namespace
 
 PlayListTrackContextNode* PlayListTrackContextNode::create(CMNodes* nodes, const CMPath& path, PlayListManager* manager)
 {
@@ -26,27 +17,27 @@ PlayListTrackContextNode* PlayListTrackContextNode::create(CMNodes* nodes, const
 bool PlayListTrackContextNode::getRowsRequest(const CMGetRowsRequest& request)
 {
     const CMPath& requestPath = request.path();
-    const QString plid = requestPath.param(kPlid);
-    const QString seqnum = requestPath.param(kSeqNum);
+    const QString plid = requestPath.param(Param::Plid);
+    const QString seqnum = requestPath.param(Param::SeqNum);
     LOG4CPLUS_TRACE(PlayListsLog::logger(), "plid: " << plid);
-    const QString itemPath = VexaPlayListItemPath().appended(requestPath.param(kItemId)).toEncoded();
+    const QString itemPath = VexaPlayListItemPath().appended(requestPath.param(Param::ItemId)).toEncoded();
     QVariantList rows;
 
-    VexaRoles toQueue = row(NODE_TR("Add to playqueue"),
+    VexaRoles toQueue = row(VEXA_TR("Add to playqueue"),
                             VexaPlayListPlSelectAddModePath()
-                                .withParam(kAction, QStringLiteral("cmnode"))
-                                .withParam(kFromPlid, plid)
-                                .withParam(kItemId, itemPath)
-                                .withParam(kPlid, QStringLiteral("0")),
+                                .withParam(Param::Action, QStringLiteral("cmnode"))
+                                .withParam(Param::FromPlid, plid)
+                                .withParam(Param::ItemId, itemPath)
+                                .withParam(Param::Plid, QStringLiteral("0")),
                             VexaRolesType::Container);
     toQueue.setContainerType(VexaRolesContainerType::ContextMenu);
     appendRow(rows, request, toQueue);
 
-    VexaRoles toPlaylist = row(NODE_TR("Add to playlist"),
+    VexaRoles toPlaylist = row(VEXA_TR("Add to playlist"),
                                VexaPlayListPlAddToPlaylistPath()
-                                   .withParam(kAction, QStringLiteral("cmnode"))
-                                   .withParam(kFromPlid, plid)
-                                   .withParam(kItemId, itemPath)
+                                   .withParam(Param::Action, QStringLiteral("cmnode"))
+                                   .withParam(Param::FromPlid, plid)
+                                   .withParam(Param::ItemId, itemPath)
                                    .withParam(QStringLiteral("preparepath"), VexaPlayListPlPrepareItemsPath().toEncoded()),
                                VexaRolesType::Container);
     toPlaylist.setContainerType(VexaRolesContainerType::ContextMenu);
@@ -54,12 +45,12 @@ bool PlayListTrackContextNode::getRowsRequest(const CMGetRowsRequest& request)
 
     // Moving names the playlist "plid", removing names it "fromplid": each is read back under its own key.
     appendRow(rows, request,
-              inputRow(NODE_TR("Move track"), ownPath({{kAction, QStringLiteral("moveTr")}, {kPlid, plid}, {kFrom, seqnum}}),
+              inputRow(VEXA_TR("Move track"), ownPath({{Param::Action, QStringLiteral("moveTr")}, {Param::Plid, plid}, {Param::From, seqnum}}),
                        stringValue(QString())));
     appendRow(rows, request,
-              row(NODE_TR("Remove track"), ownPath({{kAction, QStringLiteral("removeTr")}, {kFromPlid, plid}, {kSeqNum, seqnum}}),
+              row(VEXA_TR("Remove track"), ownPath({{Param::Action, QStringLiteral("removeTr")}, {Param::FromPlid, plid}, {Param::SeqNum, seqnum}}),
                   VexaRolesType::Action));
-    sendRowsReply(rows, rows.size(), NODE_TR("Track Context Menu"),
+    sendRowsReply(rows, rows.size(), VEXA_TR("Track Context Menu"),
                   createRolesFromPath(requestPath, request.roleNames()), request, true);
     return true;
 }
@@ -67,19 +58,19 @@ bool PlayListTrackContextNode::getRowsRequest(const CMGetRowsRequest& request)
 bool PlayListTrackContextNode::setDataRequest(const CMSetDataRequest& request)
 {
     const CMPath& path = request.path();
-    const QString action = path.param(kAction);
+    const QString action = path.param(Param::Action);
     if (action == QLatin1String("moveTr")) {
         VexaPlayListPlMoveItems record;
-        record.setPlid(toInt(path.param(kPlid), -1));
-        record.setItems({toInt(path.param(kFrom), -1)});
+        record.setPlid(toInt(path.param(Param::Plid), -1));
+        record.setItems({toInt(path.param(Param::From), -1)});
         record.setTo(toInt(VexaValue(request.value().toHash()).string_(), -1));
         invokeCommand(VexaPlayListPlMoveItemspath(), record, request);
         return true;
     }
     if (action == QLatin1String("removeTr")) {
         VexaPlayListPlRemoveItems record;
-        record.setPlid(toInt(path.param(kFromPlid), -1));
-        record.setItems({toInt(path.param(kSeqNum), -1)});
+        record.setPlid(toInt(path.param(Param::FromPlid), -1));
+        record.setItems({toInt(path.param(Param::SeqNum), -1)});
         invokeCommand(VexaPlayListPlRemoveItemsPath(), record, request);
         return true;
     }

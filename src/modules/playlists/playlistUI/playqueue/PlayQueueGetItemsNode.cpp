@@ -1,5 +1,7 @@
 #include "PlayQueueGetItemsNode.h"
 
+#include "PlayListsVocabulary.h"
+
 #include "PlayListBase.h"
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
@@ -15,9 +17,9 @@ PlayQueueGetItemsNode* PlayQueueGetItemsNode::create(CMNodes* nodes, const CMPat
 
 bool PlayQueueGetItemsNode::getRowsRequest(const CMGetRowsRequest& request)
 {
-    PLAYLISTS_LOG_ENTER(PlayListsLog::logger(), "request=" << request.index());
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "request=" << request.index());
     PlayListBase* queue = m_manager ? m_manager->getPlayQueue() : nullptr;
     LOG4CPLUS_TRACE(PlayListsLog::logger(), "plid: " << (queue ? queue->getUid() : -1));
-    sendTracks(queue, NODE_TR("PlayQueue tracks"), request);
+    sendTracks(queue, VEXA_TR("PlayQueue tracks"), request);
     return true;
 }
