@@ -1,4 +1,4 @@
-#include "Player.h"
+#include "EmulatedPlayer.h"
 #include "PlayerWorker.h"
 #include "RecordingPlayLogic.h"
 
@@ -75,7 +75,7 @@ protected:
 
     void SetUp() override
     {
-        m_player = std::make_unique<Player>(kScale);
+        m_player = std::make_unique<EmulatedPlayer>(kScale);
         PlayLogicInterface::setPlayerInstance(m_player.get());
         m_worker = std::make_unique<PlayerWorker>(m_player.get());
         CMRoot()->registerWorker(PlayerWorker::prefix(), m_worker.get());
@@ -136,7 +136,7 @@ protected:
         return found;
     }
 
-    std::unique_ptr<Player> m_player;
+    std::unique_ptr<EmulatedPlayer> m_player;
     std::unique_ptr<PlayerWorker> m_worker;
     std::unique_ptr<PlayLogicThread> m_logicThread;
     QObject m_listener;
@@ -412,8 +412,8 @@ TEST_F(PlayerTest, BadRequestsAreRefusedWithoutHarm)
     }
     EXPECT_EQ(invoke(Player::statusPath(), QVariantHash{{"state", "playing"}}).error().name(), CMError::BadRequestName());
     EXPECT_EQ(invoke(Player::positionPath(), 5).error().name(), CMError::BadRequestName());
-    EXPECT_EQ(invoke(CMPath("player:/volume"), 5).error().name(), CMError::InvalidPathName());
-    EXPECT_FALSE(CMRoot()->getValue(CMPath("player:/volume")).isValid());
+    EXPECT_EQ(invoke(CMPath("player:/loudness"), 5).error().name(), CMError::InvalidPathName());
+    EXPECT_FALSE(CMRoot()->getValue(CMPath("player:/loudness")).isValid());
     EXPECT_TRUE(logic()->names().isEmpty());
     EXPECT_EQ(state(), "stopped");
 
