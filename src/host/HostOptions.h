@@ -17,6 +17,10 @@ struct HostOptions
     QString logLevel = QStringLiteral("INFO");
     // How long an HTTP request waits for a module's reply.
     int replyTimeoutMs = 10000;
+    // The player behind "player:": "emulated" or "gstreamer".
+    QString player = QStringLiteral("emulated");
+    // The gstreamer player's audio sink, as gst-launch describes it.
+    QString audioSink = QStringLiteral("autoaudiosink");
 
     // Parses arguments (without the program name); false with error set on bad input.
     static bool parse(const QStringList& arguments, HostOptions* options, QString* error);
