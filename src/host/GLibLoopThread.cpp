@@ -39,10 +39,15 @@ void GLibLoopThread::post(std::function<void()> job)
     if (m_drainScheduled)
         return;
     m_drainScheduled = true;
-    schedule(0, [this]() {
+    // Before the bus's next message: what a job changes (a pipeline stopped
+    // and its bus flushed) must hold for every message that follows it.
+    GSource* source = g_idle_source_new();
+    g_source_set_priority(source, G_PRIORITY_HIGH);
+    g_source_set_callback(source, runTimer, new Timer([this]() {
         drain();
         return false;
-    });
+    }), deleteTimer);
+    attach(source);
 }
 
 void GLibLoopThread::schedule(unsigned msecs, std::function<bool()> fn)

@@ -347,7 +347,13 @@ void GstPlayer::onAboutToFinish(GstElement*, gpointer self)
 void GstPlayer::aboutToFinish()
 {
     Lock lock(m_mutex);
-    if (m_state == State::Stopped || m_awaitingStart)
+    // A short track may be read to its end before its preroll has been
+    // taken note of on the loop thread; the play logic hears of its start first.
+    const quint64 serial = m_trackSerial;
+    const RealClock::time_point deadline = RealClock::now() + std::chrono::milliseconds(AnswerWaitRealMs);
+    while (m_awaitingStart && serial == m_trackSerial && RealClock::now() < deadline)
+        m_wake.wait_for(lock, std::chrono::milliseconds(5));
+    if (m_state == State::Stopped || m_awaitingStart || serial != m_trackSerial)
         return;
     // Blocking here is blocking GStreamer's streaming thread, which is what
     // lets the next track join without a gap.
