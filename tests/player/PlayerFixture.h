@@ -128,6 +128,22 @@ protected:
         return waitFor([&]() { return logic()->eventsNamed(name).size() >= count; });
     }
 
+    // The play logic heard each track start after the one before it, each
+    // asking for its successor, and then the end.
+    void expectPlayedThrough(const QList<VexaRoles>& tracks) const
+    {
+        QStringList names = {"play"};
+        for (int i = 0; i < tracks.size(); ++i)
+            names << "mediaPlaybackStarted" << "prepareNextMedia";
+        EXPECT_EQ(logic()->names(), names << "playbackEnded");
+        const QList<RecordingPlayLogic::Event> started = logic()->eventsNamed("mediaPlaybackStarted");
+        ASSERT_EQ(started.size(), tracks.size());
+        for (int i = 0; i < tracks.size(); ++i) {
+            EXPECT_EQ(started[i].newRoles, tracks[i]) << i;
+            EXPECT_EQ(started[i].oldRoles, i ? tracks[i - 1] : VexaRoles()) << i;
+        }
+    }
+
     QList<ValueEvent> valuesAt(const CMPath& path) const
     {
         QMutexLocker lock(&m_valuesMutex);

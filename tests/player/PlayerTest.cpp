@@ -21,15 +21,7 @@ TEST_F(PlayerTest, AQueuePlaysThroughWithoutGapsAndEnds)
 
     // Each track asks for its successor in its last ten seconds, and the
     // next starts from the one before it.
-    EXPECT_EQ(logic()->names(),
-              QStringList({"play", "mediaPlaybackStarted", "prepareNextMedia", "mediaPlaybackStarted", "prepareNextMedia",
-                           "mediaPlaybackStarted", "prepareNextMedia", "playbackEnded"}));
-    const QList<RecordingPlayLogic::Event> started = logic()->eventsNamed("mediaPlaybackStarted");
-    ASSERT_EQ(started.size(), 3);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(started[i].newRoles, tracks[i]) << i;
-        EXPECT_EQ(started[i].oldRoles, i ? tracks[i - 1] : VexaRoles()) << i;
-    }
+    expectPlayedThrough(tracks);
     for (const RecordingPlayLogic::Event& prepare : logic()->eventsNamed("prepareNextMedia")) {
         EXPECT_GE(prepare.playTimeMs, 30000 - Player::PrepareAheadMs);
         EXPECT_LE(prepare.playTimeMs, 30000);
