@@ -9,6 +9,9 @@ VEXA_PACKAGES=(
   qtbase5-dev qttools5-dev qttools5-dev-tools
   libsqlite3-dev liblog4cplus-dev libmicrohttpd-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+  gstreamer1.0-plugins-base gstreamer1.0-plugins-good glib-networking
+  gstreamer1.0-alsa gstreamer1.0-pulseaudio
 )
 
 vexa_install_packages() {

@@ -56,6 +56,12 @@ bool HostOptions::parse(const QStringList& arguments, HostOptions* options, QStr
         } else if (name == QLatin1String("--max-body-bytes")) {
             options->maxBodyBytes = value.toInt(&ok);
             ok = ok && options->maxBodyBytes > 0;
+        } else if (name == QLatin1String("--player")) {
+            options->player = value;
+            ok = value == QLatin1String("emulated") || value == QLatin1String("gstreamer");
+        } else if (name == QLatin1String("--audio-sink")) {
+            options->audioSink = value;
+            ok = !value.trimmed().isEmpty();
         } else {
             *error = QStringLiteral("unknown option %1\n").arg(name) + usage();
             return false;
@@ -73,5 +79,5 @@ QString HostOptions::usage()
     return QStringLiteral(
         "usage: vexa-host [--root DIR] [--listen ADDR:PORT] [--modules DIR] [--time-scale F]\n"
         "                 [--log-level TRACE|DEBUG|INFO|WARN|ERROR|FATAL] [--reply-timeout MS]\n"
-        "                 [--max-body-bytes N]\n");
+        "                 [--max-body-bytes N] [--player emulated|gstreamer] [--audio-sink DESC]\n");
 }

@@ -20,6 +20,10 @@ struct HostOptions
     // The largest request body taken (413 beyond): room for the store's
     // default item limit of tracks in one add.
     int maxBodyBytes = 16 * 1024 * 1024;
+    // The player behind "player:": "emulated" or "gstreamer".
+    QString player = QStringLiteral("emulated");
+    // The gstreamer player's audio sink, as gst-launch describes it.
+    QString audioSink = QStringLiteral("autoaudiosink");
 
     // Parses arguments (without the program name); false with error set on bad input.
     static bool parse(const QStringList& arguments, HostOptions* options, QString* error);

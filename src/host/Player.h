@@ -1,7 +1,5 @@
 #pragma once
 
-#include "VirtualClock.h"
-
 #include <CMReply.h>
 #include <VexaPlayLogicCommand.h>
 #include <VexaPlayLogicRequest.h>
@@ -12,28 +10,28 @@
 #include <QVariantHash>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <thread>
 
-// The emulated player: it plays no audio, only time. A track lasts its first
-// resource's duration (180 s without one) on a virtual clock; a thread of the
-// player's own wakes at the moments that matter: 10 s before a track ends it
-// asks the play logic for the next media, at the end it starts the announced
-// one without a gap or ends playback, and while playing it reports the
-// position about once a real second.
+// What every player behind "player:" shares, whatever makes the sound: the
+// paths, the controls, the status and its announcements, the requests to the
+// play logic, and the course of a track (start, hand over to the announced
+// next one, end, fail and let the play logic resume). A backend (the emulated
+// clock, the GStreamer pipeline) only moves media: the hooks below start,
+// pause, seek and stop it, and it reports back with mediaStartedLocked(),
+// handOverLocked(), mediaEndedLocked() and failTrackLocked().
 //
 // Every call is thread-safe and returns at once. The player reaches a play
 // logic only through CMRoot()->invoke on the play logic's path (a
 // VexaPlayLogicRequest), so play-logic code runs on its module's thread and
-// never inside the player. Status, position and play mode changes are
+// never inside the player. Status, position, play mode and volume changes are
 // announced through CMRoot()->valueChanged at player:/status,
-// player:/position and player:/playMode.
+// player:/position, player:/playMode and player:/volume.
 class Player : public VexaPlayer
 {
 public:
-    static constexpr qint64 DefaultDurationMs = 180000;
     // How long before a track's end the play logic is asked for the next media.
     static constexpr qint64 PrepareAheadMs = 10000;
     // How long, in real time, the end of a track waits for a play logic that
@@ -41,14 +39,20 @@ public:
     static constexpr int AnswerWaitRealMs = 5000;
     // The streamer error code of a media whose uri names none ("error:").
     static constexpr int MediaUnavailableCode = 1;
+    static constexpr int DefaultVolume = 100;
 
     static QString prefix() { return QStringLiteral("player"); }
     static CMPath controlPath();
     static CMPath statusPath();
     static CMPath positionPath();
     static CMPath playModePath();
+    static CMPath volumePath();
+    // Where the volume is kept across restarts.
+    static CMPath volumeSettingPath();
 
-    explicit Player(double timeScale);
+    // Reads the volume from the settings.
+    Player();
+    // A backend stops its threads in its own destructor, before this one runs.
     ~Player() override;
 
     Player(const Player&) = delete;
@@ -77,28 +81,79 @@ public:
     // the player at once, whether or not the play logic answers).
     void sendCommand(VexaPlayLogicCommand::Enum command, const CMReply<QVariant>& reply);
     void changePlayMode(VexaPlayerPlayMode::Enum mode, const CMReply<QVariant>& reply);
+    // 0 to 100; the caller has checked the range.
+    void setVolume(int volume, const CMReply<QVariant>& reply);
 
     // {"state", "track", "container", "playLogicPath", "controls", "durationMs", "playMode", "error"}
     QVariantHash status() const;
     VexaValue positionValue() const;
     VexaValue playModeValue() const;
+    VexaValue volumeValue() const;
+
+protected:
+    enum class State { Stopped, Playing, Paused };
+    using Lock = std::unique_lock<std::recursive_mutex>;
+    using RealClock = std::chrono::steady_clock;
+
+    // --- The backend's part, called under the lock -------------------------
+    // Starts the current track's media. followsOn: it follows the track
+    // before without a gap (the backend may already be playing it).
+    virtual void startMediaLocked(const QString& uri, qint64 startPositionMs, bool paused, bool followsOn) = 0;
+    virtual void pauseMediaLocked() = 0;
+    virtual void resumeMediaLocked() = 0;
+    virtual void seekMediaLocked(qint64 positionMs) = 0;
+    virtual void stopMediaLocked() = 0;
+    // The position of the media that plays; only asked while a track is current.
+    virtual qint64 mediaPositionLocked() const = 0;
+    virtual void volumeChangedLocked(int /*volume*/) {}
+
+    // --- What the backend reports, under the lock ---------------------------
+    // The current track's media plays (or stands paused) for real now.
+    void mediaStartedLocked();
+    // The announced next track takes over from the current one.
+    void handOverLocked();
+    // The current media ran out: the announced next track starts, or playback ends.
+    void mediaEndedLocked();
+    // roles could not be played: the play logic hears why and goes on.
+    void failTrackLocked(const VexaRoles& roles, const VexaError& error);
+    // Asks for the next media once the track is close enough to its end.
+    void prepareIfDueLocked(qint64 positionMs);
+    // Waits (releasing the lock) until the play logic has said what follows
+    // the current track, at most AnswerWaitRealMs; the next track's roles, or
+    // empty ones when none follows or the track changed meanwhile. For a
+    // backend's own thread only: it blocks.
+    VexaRoles awaitNextLocked(Lock& lock);
+    bool nextAnsweredLocked() const;
+    // Where the request for the next media falls due; -1 when none is to be sent.
+    qint64 preparePositionLocked() const;
+    void announcePositionLocked();
+    // When the position is next announced while playing (about once a second).
+    RealClock::time_point positionAnnouncementDueLocked() const;
+    // The stream knows how long the media lasts; taken when the roles did not say.
+    void streamDurationLocked(qint64 durationMs);
+    void wakeLocked() { m_wake.notify_all(); }
+
+    static QString uriOf(const VexaRoles& trackRoles);
+    // The duration the roles give (mediaData.resources[0].duration), 0 when none.
+    static qint64 rolesDurationMs(const VexaRoles& trackRoles);
+
+    mutable std::recursive_mutex m_mutex;
+    std::condition_variable_any m_wake;
+    State m_state = State::Stopped;
+    VexaRoles m_track;
+    qint64 m_durationMs = 0;
+    bool m_hasNext = false;
+    VexaRoles m_nextTrack;
+    int m_volume = DefaultVolume;
+    // Counts track starts and stops, so that a late answer about an earlier
+    // track is not taken for one about the current track.
+    quint64 m_trackSerial = 0;
 
 private:
-    enum class State { Stopped, Playing, Paused };
-    using RealClock = VirtualClock::RealClock;
-    using Lock = std::unique_lock<std::mutex>;
-
-    void run();
-    void processDueLocked();
-    RealClock::time_point nextDueLocked() const;
-    RealClock::time_point realTimeAtPositionLocked(qint64 positionMs) const;
-
     qint64 positionLocked() const;
     qint64 prepareAtLocked() const;
     bool isCurrentLocked(const CMPath& playLogicPath) const;
-    bool nextAnsweredLocked() const;
-    void startTrackLocked(const VexaRoles& trackRoles, qint64 anchorVirtualMs, qint64 startPositionMs, bool paused);
-    void handOverLocked();
+    void startTrackLocked(const VexaRoles& trackRoles, qint64 startPositionMs, bool paused, bool followsOn);
     void endPlaybackLocked();
     bool stopLocked(VexaPlayLogicStopReason::Enum reason);
     // Nothing plays any more, and the player says so.
@@ -110,38 +165,23 @@ private:
 
     QVariantHash statusLocked() const;
     VexaValue playModeValueLocked() const;
+    VexaValue volumeValueLocked() const;
     void announceStatusLocked();
-    void announcePositionLocked();
     void announcePlayModeLocked();
     void announceLocked();
 
     // Whether two roles describe the same track, whatever their values say.
     static bool isSameTrack(const VexaRoles& a, const VexaRoles& b);
-    static qint64 durationOf(const VexaRoles& trackRoles);
     static VexaError startErrorOf(const VexaRoles& trackRoles);
     static QString stateName(State state);
 
-    VirtualClock m_clock;
-    // Public members take it, *Locked ones run under it and take nothing. A
-    // plain mutex: nothing reached while holding it calls back into the player
-    // (requests to play logics are queued to their threads).
-    mutable std::mutex m_mutex;
-    std::condition_variable m_wake;
-    bool m_quit = false;
-
-    State m_state = State::Stopped;
     CMPath m_playLogicPath;
     VexaRoles m_container;
-    VexaRoles m_track;
     VexaError m_error;
-    qint64 m_durationMs = 0;
-    // The track's position at the virtual moment m_anchorVirtualMs; while
-    // paused, the position itself.
-    qint64 m_anchorPositionMs = 0;
-    qint64 m_anchorVirtualMs = 0;
-    // Counts track starts and stops, so that a late answer about an earlier
-    // track is not taken for one about the current track.
-    quint64 m_trackSerial = 0;
+    // The track that played before the one starting, for mediaPlaybackStarted.
+    VexaRoles m_startedFrom;
+    bool m_mediaStarted = false;
+    bool m_durationFromRoles = false;
 
     // The container handed to the play logic and where it asked the first
     // track to start; it becomes the player's when that track starts.
@@ -156,10 +196,6 @@ private:
     // from any thread and outlive the player; hence not a member guarded by
     // the mutex but a shared counter of the serial answered.
     std::shared_ptr<std::atomic<quint64>> m_preparedSerial;
-    bool m_hasNext = false;
-    VexaRoles m_nextTrack;
-    bool m_waitingAtEnd = false;
-    RealClock::time_point m_endWaitDeadline;
 
     QHash<QString, VexaPlayLogicData> m_data;
     QHash<QString, VexaPlayerPlayMode::Enum> m_playModes;
@@ -168,6 +204,4 @@ private:
     qint64 m_announcedPositionMs = 0;
     VexaValue m_announcedPlayMode;
     RealClock::time_point m_positionAnnouncedAt;
-
-    std::thread m_thread;
 };

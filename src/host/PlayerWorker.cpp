@@ -67,6 +67,8 @@ QVariant PlayerWorker::getValue(const CMPath& path)
         return m_player->positionValue().toVariant();
     if (base == Player::playModePath().base())
         return m_player->playModeValue().toVariant();
+    if (base == Player::volumePath().base())
+        return m_player->volumeValue().toVariant();
     return QVariant();
 }
 
@@ -82,6 +84,8 @@ void PlayerWorker::invoke(const CMPath& path, const QVariant& value, const CMRep
         control(value, reply);
     else if (base == Player::playModePath().base())
         setPlayMode(value, reply);
+    else if (base == Player::volumePath().base())
+        setVolume(value, reply);
     else if (base == Player::statusPath().base() || base == Player::positionPath().base())
         reply.setError(badRequest(path.toEncoded() + QStringLiteral(" is read-only; use player:/control")));
     else
@@ -139,4 +143,16 @@ void PlayerWorker::setPlayMode(const QVariant& value, const CMReply<QVariant>& r
         return;
     }
     m_player->changePlayMode(mode.playerPlayMode(), reply);
+}
+
+void PlayerWorker::setVolume(const QVariant& value, const CMReply<QVariant>& reply)
+{
+    const VexaValue volume(value.toHash());
+    int level = -1;
+    if (value.type() != QVariant::Hash || volume.type() != VexaValue::I32()
+        || !VexaVariant::readInt(volume.value(VexaValue::I32()), &level) || level < 0 || level > 100) {
+        reply.setError(badRequest(QStringLiteral("player:/volume takes an i32_ value from 0 to 100")));
+        return;
+    }
+    m_player->setVolume(level, reply);
 }

@@ -5,8 +5,8 @@
 class Player;
 
 // The player's paths under "player:": the user's controls at player:/control,
-// the state at player:/status, player:/position and player:/playMode (the
-// last one also settable). It reads and checks what clients send and hands
+// the state at player:/status, player:/position, player:/playMode and
+// player:/volume (the last two also settable). It reads and checks what clients send and hands
 // it to the player; a value it cannot read is refused with a bad-request
 // error, never passed on.
 class PlayerWorker : public CMAbstractWorker
@@ -24,6 +24,7 @@ public:
 private:
     void control(const QVariant& value, const CMReply<QVariant>& reply);
     void setPlayMode(const QVariant& value, const CMReply<QVariant>& reply);
+    void setVolume(const QVariant& value, const CMReply<QVariant>& reply);
 
     Player* m_player;
 };

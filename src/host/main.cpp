@@ -2,7 +2,8 @@
 #include "HttpServer.h"
 #include "LogSetup.h"
 #include "ModuleLoader.h"
-#include "Player.h"
+#include "EmulatedPlayer.h"
+#include "GstPlayer.h"
 #include "PlayerWorker.h"
 #include "PowerManager.h"
 #include "SettingsStore.h"
@@ -16,6 +17,7 @@
 #include <QDir>
 
 #include <cstdio>
+#include <memory>
 
 int main(int argc, char* argv[])
 {
@@ -42,9 +44,13 @@ int main(int argc, char* argv[])
     PowerManager power;
     CMRoot()->registerWorker(SettingsStore::prefix(), &settings);
     CMRoot()->registerWorker(PowerManager::prefix(), &power);
-    Player player(options.timeScale);
-    PlayerWorker playerWorker(&player);
-    PlayLogicInterface::setPlayerInstance(&player);
+    std::unique_ptr<Player> player;
+    if (options.player == QLatin1String("gstreamer"))
+        player = std::make_unique<GstPlayer>(options.audioSink);
+    else
+        player = std::make_unique<EmulatedPlayer>(options.timeScale);
+    PlayerWorker playerWorker(player.get());
+    PlayLogicInterface::setPlayerInstance(player.get());
     CMRoot()->registerWorker(PlayerWorker::prefix(), &playerWorker);
 
     ModuleLoader modules;
@@ -64,7 +70,7 @@ int main(int argc, char* argv[])
         server.stop();
         modules.stopAll();
         // Nothing announces player changes once the listeners are going.
-        player.stop(VexaPlayLogicStopReason::Stopped);
+        player->stop(VexaPlayLogicStopReason::Stopped);
         app.quit();
     });
     return app.exec();

@@ -236,9 +236,10 @@ private:
                 return false;
             break;
         case 'n':
-            // JSON null is a null variant of a valid type, unlike a failure.
+            // A whole text of null is a null variant of a valid type, unlike
+            // a failure; inside a value, null is an invalid variant.
             if (literal("null", 4))
-                return QVariant::fromValue(nullptr);
+                return depth == 0 ? QVariant::fromValue(nullptr) : QVariant();
             break;
         default:
             if (*m_p == '-' || (*m_p >= '0' && *m_p <= '9'))

@@ -1,0 +1,94 @@
+#include "MediaFiles.h"
+#include "PlaylistsApi.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <functional>
+
+namespace {
+
+using J = PlaylistsApi;
+
+// The play logic of the module driving the GStreamer player over HTTP, on
+// tones made for the test, played faster than real time.
+class GstPlaybackApi : public PlaylistsHostTest
+{
+protected:
+    GstPlaybackApi() : PlaylistsHostTest({"--player", "gstreamer", "--audio-sink", "fakesink sync=false"}) {}
+
+    QVariantHash tone(const QString& title, int ms) const
+    {
+        const QString path = m_media.filePath(title + ".flac");
+        EXPECT_TRUE(MediaFiles::writeTone(path, ms));
+        return J::track(title, 0, MediaFiles::uriOf(path));
+    }
+    HttpReply playNow(const QVariantList& items) const
+    {
+        return m_pl.command("add-external-items", QVariantHash{{"plid", 0}, {"mode", "now"}, {"items", items}});
+    }
+    // The statuses a subscription reports until done holds for the last one (or 20 s passed).
+    QList<QVariantHash> statusesUntil(const QString& id, const std::function<bool(const QVariantHash&)>& done) const
+    {
+        QList<QVariantHash> seen;
+        QElapsedTimer timer;
+        for (timer.start(); timer.elapsed() < 20000;) {
+            for (const QVariant& event : m_pl.api().poll(id, 1).json().toList()) {
+                seen.append(event.toHash().value("value").toHash());
+                if (done(seen.last()))
+                    return seen;
+            }
+        }
+        ADD_FAILURE() << "the awaited status did not come";
+        return seen;
+    }
+    // The titles that played, each run of one title counted once.
+    static QStringList played(const QList<QVariantHash>& statuses)
+    {
+        QStringList titles;
+        for (const QVariantHash& status : statuses) {
+            const QString title = status.value("track").toHash().value("title").toString();
+            if (status.value("state") == "playing" && (titles.isEmpty() || titles.last() != title))
+                titles.append(title);
+        }
+        return titles;
+    }
+    static bool ended(const QVariantHash& status) { return status.value("state") == "stopped" && status.value("track").isNull(); }
+
+    QTemporaryDir m_media;
+};
+
+TEST_F(GstPlaybackApi, theQueuePlaysThroughAndRepeatAllWraps)
+{
+    const QString id = m_pl.api().subscribe({{"value", "player:/status"}});
+    ASSERT_TRUE(J::answeredTrue(playNow({tone("One", 300), tone("Two", 300), tone("Three", 300)})));
+    bool started = false;
+    QList<QVariantHash> seen = statusesUntil(id, [&](const QVariantHash& s) {
+        started = started || s.value("state") == "playing";
+        return started && ended(s);
+    });
+    EXPECT_EQ(played(seen), QStringList({"One", "Two", "Three"}));
+
+    ASSERT_EQ(m_pl.command("set-repeat", R"({"plid": 0, "mode": "all"})").status, 200);
+    ASSERT_EQ(m_pl.command("play-playlist", R"({"plid": 0})").status, 200);
+    int starts = 0;
+    seen = statusesUntil(id, [&](const QVariantHash& s) { return s.value("state") == "playing" && ++starts > 40; });
+    EXPECT_EQ(played(seen).mid(0, 5), QStringList({"One", "Two", "Three", "One", "Two"}));
+    EXPECT_EQ(m_pl.set("player:/control", QVariantHash{{"control", "stop"}}).status, 200);
+}
+
+TEST_F(GstPlaybackApi, fiveUnplayableTracksAreSkippedAndTheSixthEndsPlayback)
+{
+    QVariantList items;
+    for (int i = 0; i < 6; ++i)
+        items.append(J::track(QStringLiteral("Missing%1").arg(i), 0, MediaFiles::uriOf(m_media.filePath("nothing.flac"))));
+    items.append(tone("Good", 300));
+    const QString id = m_pl.api().subscribe({{"value", "player:/status"}});
+    ASSERT_TRUE(J::answeredTrue(playNow(items)));
+    const QList<QVariantHash> seen = statusesUntil(id, [](const QVariantHash& s) { return ended(s) && s.value("error").isValid(); });
+    EXPECT_EQ(seen.last().value("error").toHash().value("code"), 404);
+    EXPECT_FALSE(played(seen).contains("Good"));
+    EXPECT_TRUE(m_host.log().contains("Track Missing5 fails")) << "the sixth was tried";
+}
+
+} // namespace
