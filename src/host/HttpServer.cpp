@@ -19,6 +19,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
+#include <malloc.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -374,11 +375,17 @@ MHD_Result HttpServer::respond(const ExchangePtr& exchange, const ApiResponse& a
 {
     release(exchange);
     exchange->setStage(HttpExchange::Stage::Answered);
-    MHD_Response* response = MHD_create_response_from_buffer(size_t(answer.body().size()),
-                                                              const_cast<char*>(answer.body().constData()),
-                                                              MHD_RESPMEM_MUST_COPY);
-    if (!response)
+    if (answer.body().size() >= LargeExchangeBytes)
+        exchange->setLarge();
+    // The answer's own buffer is sent, not a copy: MHD lets go of it when done.
+    auto* body = new QByteArray(answer.body());
+    MHD_Response* response = MHD_create_response_from_buffer_with_free_callback_cls(
+        size_t(body->size()), const_cast<char*>(body->constData()), [](void* cls) { delete static_cast<QByteArray*>(cls); },
+        body);
+    if (!response) {
+        delete body;
         return MHD_NO;
+    }
     MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, answer.contentType().constData());
     for (const ApiResponse::Header& header : answer.headers())
         MHD_add_response_header(response, header.first.constData(), header.second.constData());
@@ -409,6 +416,10 @@ void HttpServer::completed(const ExchangePtr& exchange)
 {
     exchange->close();
     release(exchange);
+    // A large request or answer leaves freed memory in the threads' arenas,
+    // where it would stay; the device has none to spare.
+    if (exchange->wasLarge() || exchange->body().size() >= LargeExchangeBytes)
+        malloc_trim(0);
     QMutexLocker lock(&m_exchangesMutex);
     m_exchanges.remove(exchange.get());
     if (m_exchanges.isEmpty())
