@@ -13,6 +13,8 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
+#include <vector>
 
 // Both directions go straight between JSON text and variants: a page of rows
 // or a request of thousands of tracks passes through here, and the detour
@@ -167,6 +169,9 @@ void writeValue(const QVariant& value, QByteArray& out)
 // Deeper nesting than any value of the platform has is refused, so that no
 // text can exhaust the stack.
 const int kMaxDepth = 256;
+// How many member names each thread keeps for sharing, and up to what length.
+const size_t kSharedKeys = 64;
+const int kMaxSharedKey = 32;
 
 class Reader
 {
@@ -264,7 +269,7 @@ private:
                 fail("expected a member name");
                 break;
             }
-            const QString key = readString();
+            const QString key = readKey();
             skipSpace();
             if (m_p == m_end || *m_p != ':') {
                 fail("expected ':'");
@@ -375,6 +380,28 @@ private:
             p += more + 1;
         }
         return true;
+    }
+
+    // Member names repeat from object to object and from text to text (every
+    // track's roles have the same few); the recent ones are shared, not made anew.
+    QString readKey()
+    {
+        const char* start = m_p + 1;
+        const char* end = static_cast<const char*>(std::memchr(start, '"', size_t(m_end - start)));
+        const int size = end ? int(end - start) : -1;
+        if (size < 0 || size > kMaxSharedKey || std::memchr(start, '\\', size_t(size)))
+            return readString();
+        thread_local std::vector<std::pair<QByteArray, QString>> shared;
+        for (const auto& entry : shared) {
+            if (entry.first.size() == size && std::memcmp(entry.first.constData(), start, size_t(size)) == 0) {
+                m_p = end + 1;
+                return entry.second;
+            }
+        }
+        const QString key = readString();
+        if (m_error.isEmpty() && shared.size() < kSharedKeys)
+            shared.emplace_back(QByteArray(start, size), key);
+        return key;
     }
 
     QString readString()
