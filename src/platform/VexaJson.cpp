@@ -254,16 +254,34 @@ private:
         return QVariant();
     }
 
-    QVariant readObject(int depth)
+    // Past an opening bracket: true when the closing one follows at once.
+    bool closesEmpty(char close)
     {
         ++m_p;
-        QVariantHash object;
         skipSpace();
-        if (m_p != m_end && *m_p == '}') {
-            ++m_p;
+        if (m_p == m_end || *m_p != close)
+            return false;
+        ++m_p;
+        return true;
+    }
+
+    // After a member or an element: true when another follows, false at the
+    // closing bracket or on an error.
+    bool another(char close, const char* expected)
+    {
+        skipSpace();
+        if (m_p != m_end && (*m_p == ',' || *m_p == close))
+            return *m_p++ == ',';
+        fail(expected);
+        return false;
+    }
+
+    QVariant readObject(int depth)
+    {
+        QVariantHash object;
+        if (closesEmpty('}'))
             return object;
-        }
-        while (m_error.isEmpty()) {
+        do {
             skipSpace();
             if (m_p == m_end || *m_p != '"') {
                 fail("expected a member name");
@@ -277,45 +295,20 @@ private:
             }
             ++m_p;
             skipSpace();
-            QVariant member = readValue(depth);
-            object.insert(key, std::move(member));
-            skipSpace();
-            if (m_p != m_end && *m_p == ',') {
-                ++m_p;
-                continue;
-            }
-            if (m_p != m_end && *m_p == '}') {
-                ++m_p;
-                break;
-            }
-            fail("expected ',' or '}'");
-        }
+            object.insert(key, readValue(depth));
+        } while (m_error.isEmpty() && another('}', "expected ',' or '}'"));
         return object;
     }
 
     QVariant readArray(int depth)
     {
-        ++m_p;
         QVariantList array;
-        skipSpace();
-        if (m_p != m_end && *m_p == ']') {
-            ++m_p;
+        if (closesEmpty(']'))
             return array;
-        }
-        while (m_error.isEmpty()) {
+        do {
             skipSpace();
             array.append(readValue(depth));
-            skipSpace();
-            if (m_p != m_end && *m_p == ',') {
-                ++m_p;
-                continue;
-            }
-            if (m_p != m_end && *m_p == ']') {
-                ++m_p;
-                break;
-            }
-            fail("expected ',' or ']'");
-        }
+        } while (m_error.isEmpty() && another(']', "expected ',' or ']'"));
         return array;
     }
 

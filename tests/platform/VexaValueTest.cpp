@@ -87,6 +87,22 @@ TEST(VexaJson, ParsesScalarsAndReportsErrors)
     EXPECT_FALSE(VexaJson::parse("1],[2", &error).isValid());
     EXPECT_FALSE(VexaJson::parse("", &error).isValid());
     EXPECT_EQ(VexaJson::toJson(QVariant::fromValue(nullptr)), QByteArray("null"));
+
+    // Text that is not strict JSON is refused whole.
+    for (const QByteArray bad : {QByteArray("[1,]"), QByteArray("{\"a\" 1}"), QByteArray("01"), QByteArray("1."),
+                                 QByteArray("\"\\x\""), QByteArray("\"\xc3\x28\""), QByteArray("\"\xed\xa0\x80\""),
+                                 QByteArray("tru"), QByteArray(300, '[') + QByteArray(300, ']')}) {
+        EXPECT_FALSE(VexaJson::parse(bad, &error).isValid()) << bad.constData();
+        EXPECT_FALSE(error.isEmpty()) << bad.constData();
+    }
+    // Escapes, a NUL, a pair of surrogates and big numbers read exactly and
+    // write back the same; members are written in order.
+    const QByteArray text = R"({"b":[1.5,-2,4294967297,true,null],"a":"q\"\\\n\u0000\ud83d\ude00é"})";
+    const QVariant value = VexaJson::parse(text, &error);
+    ASSERT_TRUE(error.isEmpty()) << error.toStdString();
+    EXPECT_EQ(value.toHash().value("a").toString(), QString::fromUtf8("q\"\\\n") + QChar(0) + QString::fromUtf8("😀é"));
+    EXPECT_EQ(value.toHash().value("b").toList().value(2).toDouble(), 4294967297.0);
+    EXPECT_EQ(VexaJson::toJson(value), QByteArray(R"({"a":"q\"\\\n\u0000😀é","b":[1.5,-2,4294967297,true,null]})"));
 }
 
 TEST(VexaCommandRecord, NumbersReadAliasFromJsonNumbersAndDecimalText)
