@@ -417,9 +417,12 @@ void HttpServer::completed(const ExchangePtr& exchange)
     exchange->close();
     release(exchange);
     // A large request or answer leaves freed memory in the threads' arenas,
-    // where it would stay; the device has none to spare.
-    if (exchange->wasLarge() || exchange->body().size() >= LargeExchangeBytes)
+    // where it would stay; the device has none to spare. A module may still
+    // hold its share of the request for a moment, hence a second time later.
+    if (exchange->wasLarge() || exchange->body().size() >= LargeExchangeBytes) {
         malloc_trim(0);
+        m_timers->schedule(TrimAgainMs, []() { malloc_trim(0); });
+    }
     QMutexLocker lock(&m_exchangesMutex);
     m_exchanges.remove(exchange.get());
     if (m_exchanges.isEmpty())
