@@ -7,9 +7,6 @@
 
 #include <QString>
 
-// The store's entry lines under their older name; new code writes VEXA_LOG_ENTER(TRACE, ...).
-#define PLAYLISTS_LOG_ENTER(logger, message) VEXA_LOG_ENTER(TRACE, logger, message)
-
 // The module's logger and its way of stopping on a broken invariant.
 class PlayListsLog
 {
