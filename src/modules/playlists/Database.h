@@ -76,6 +76,8 @@ public:
     // Numbers the entries left after removing indices afresh from the first of them.
     bool closeGapsTransaction(const PlayListRecord& record, const QList<int>& removed);
     bool clearItems(const PlayListRecord& record);
+    // Deletes the items no entry refers to any more; false (logged) when it failed.
+    bool cleanUnusedItems();
     void printItems(const PlayListRecord& record);
 
 signals:

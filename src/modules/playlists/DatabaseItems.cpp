@@ -174,8 +174,7 @@ bool Database::addItemsFromSequenceNumber(const PlayListRecord& record, const in
         m_insertItemStmt->bindText(7, item.url());
         m_insertItemStmt->bindText(8, item.serviceId());
         m_insertItemStmt->bindText(9, item.vexaRoles());
-        m_insertItemStmt->step();
-        if (!m_insertItemStmt->reset()) {
+        if (!m_insertItemStmt->run()) {
             LOG4CPLUS_ERROR(logger, "Error inserting item into DB");
             return false;
         }
@@ -185,8 +184,7 @@ bool Database::addItemsFromSequenceNumber(const PlayListRecord& record, const in
         m_insertPlayListItemStmt->bindInt(1, record.uid);
         m_insertPlayListItemStmt->bindInt(2, uid);
         m_insertPlayListItemStmt->bindInt(3, first + k);
-        m_insertPlayListItemStmt->step();
-        if (!m_insertPlayListItemStmt->reset()) {
+        if (!m_insertPlayListItemStmt->run()) {
             LOG4CPLUS_ERROR(logger, "Error inserting item into playlist DB");
             return false;
         }
@@ -200,8 +198,7 @@ bool Database::shiftSequenceNumbers(const PlayListRecord& record, int from, int 
     m_moveItem1Stmt->bindInt(2, from);
     m_moveItem1Stmt->bindInt(3, to);
     m_moveItem1Stmt->bindInt(4, delta);
-    m_moveItem1Stmt->step();
-    return m_moveItem1Stmt->reset();
+    return m_moveItem1Stmt->run();
 }
 
 bool Database::offsetItemsFromTransaction(const PlayListRecord& record, int from, int offset)
@@ -250,8 +247,7 @@ int Database::removeItemsHelper(const PlayListRecord& record, int from, int to)
     m_deletePlayListItemStmt->bindInt(1, record.uid);
     m_deletePlayListItemStmt->bindInt(2, from);
     m_deletePlayListItemStmt->bindInt(3, to);
-    m_deletePlayListItemStmt->step();
-    if (!m_deletePlayListItemStmt->reset()) {
+    if (!m_deletePlayListItemStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Error removing partial items from list");
         return -1;
     }
@@ -289,13 +285,8 @@ int Database::removeItems(const PlayListRecord& record, const QList<int>& indice
         ok = false;
     }
 
-    if (ok) {
-        m_cleanUnusedItemsStmt->step();
-        if (!m_cleanUnusedItemsStmt->reset()) {
-            LOG4CPLUS_ERROR(logger, "Unable to clean up unused items");
-            ok = false;
-        }
-    }
+    if (ok)
+        ok = cleanUnusedItems();
 
     if (ok && !closeGapsTransaction(record, indices)) {
         LOG4CPLUS_ERROR(logger, "Unable to restore sequence numbers");
@@ -349,6 +340,14 @@ bool Database::closeGapsTransaction(const PlayListRecord& record, const QList<in
     return true;
 }
 
+bool Database::cleanUnusedItems()
+{
+    if (m_cleanUnusedItemsStmt->run())
+        return true;
+    LOG4CPLUS_ERROR(PlayListsLog::logger(), "Unable to clean up unused items");
+    return false;
+}
+
 bool Database::clearItems(const PlayListRecord& record)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
@@ -358,9 +357,7 @@ bool Database::clearItems(const PlayListRecord& record)
         return false;
     }
     // Unused rows left by a failed clean-up go with the next one.
-    m_cleanUnusedItemsStmt->step();
-    if (!m_cleanUnusedItemsStmt->reset())
-        LOG4CPLUS_ERROR(logger, "Unable to clean up unused items");
+    cleanUnusedItems();
     setVacuumNeeded();
     return true;
 }

@@ -64,8 +64,7 @@ PlayListRecord Database::createPlayList(const QString& name)
     const log4cplus::Logger& logger = PlayListsLog::logger();
     VEXA_LOG_ENTER(TRACE, logger, "name=" << name);
     m_createPlayListStmt->bindText(1, name);
-    m_createPlayListStmt->step();
-    if (!m_createPlayListStmt->reset()) {
+    if (!m_createPlayListStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Unable to create playlist in database");
         return PlayListRecord();
     }
@@ -101,8 +100,7 @@ bool Database::deletePlayListTransaction(const PlayListRecord& record)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     m_deletePlayListStmt->bindInt(1, record.uid);
-    m_deletePlayListStmt->step();
-    if (!m_deletePlayListStmt->reset()) {
+    if (!m_deletePlayListStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Error deleting PlayList: delete commad failed");
         return false;
     }
@@ -112,12 +110,7 @@ bool Database::deletePlayListTransaction(const PlayListRecord& record)
     }
     // Entries and memberships went with the row (ON DELETE CASCADE); the items
     // that no other playlist refers to are left over.
-    m_cleanUnusedItemsStmt->step();
-    if (!m_cleanUnusedItemsStmt->reset()) {
-        LOG4CPLUS_ERROR(logger, "Unable to clean up unused items");
-        return false;
-    }
-    return true;
+    return cleanUnusedItems();
 }
 
 bool Database::updatePlayList(const PlayListRecord& record)
@@ -129,8 +122,7 @@ bool Database::updatePlayList(const PlayListRecord& record)
     m_updatePlayListStmt->bindInt(3, record.repeatAll ? 1 : 0);
     m_updatePlayListStmt->bindInt(4, record.lastPlayedIndex);
     m_updatePlayListStmt->bindInt(5, record.uid);
-    m_updatePlayListStmt->step();
-    if (!m_updatePlayListStmt->reset()) {
+    if (!m_updatePlayListStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Error updating PlayList");
         return false;
     }
@@ -165,8 +157,7 @@ CollectionRecord Database::createCollection(const QString& name)
     const log4cplus::Logger& logger = PlayListsLog::logger();
     VEXA_LOG_ENTER(TRACE, logger, "name=" << name);
     m_createCollectionStmt->bindText(1, name);
-    m_createCollectionStmt->step();
-    if (!m_createCollectionStmt->reset()) {
+    if (!m_createCollectionStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Unable to create collection in database");
         return CollectionRecord();
     }
@@ -182,8 +173,7 @@ bool Database::deleteCollection(const CollectionRecord& record)
     const log4cplus::Logger& logger = PlayListsLog::logger();
     VEXA_LOG_ENTER(TRACE, logger, "uid=" << record.uid);
     m_deleteCollectionStmt->bindInt(1, record.uid);
-    m_deleteCollectionStmt->step();
-    if (!m_deleteCollectionStmt->reset()) {
+    if (!m_deleteCollectionStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Unable to delete collection uid=" << record.uid << " in database");
         return false;
     }
@@ -201,8 +191,7 @@ bool Database::addToCollection(const CollectionRecord& record, const int& playli
     VEXA_LOG_ENTER(TRACE, logger, "col=" << record.uid << " pl=" << playlistUid);
     m_addToCollectionStmt->bindInt(1, record.uid);
     m_addToCollectionStmt->bindInt(2, playlistUid);
-    m_addToCollectionStmt->step();
-    if (!m_addToCollectionStmt->reset()) {
+    if (!m_addToCollectionStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Unable to add pl=" << playlistUid << " to collection=" << record.uid);
         return false;
     }
@@ -216,8 +205,7 @@ bool Database::removeFromCollection(const CollectionRecord& record, const int& p
     VEXA_LOG_ENTER(TRACE, logger, "col=" << record.uid << " pl=" << playlistUid);
     m_removeFromCollectionStmt->bindInt(1, record.uid);
     m_removeFromCollectionStmt->bindInt(2, playlistUid);
-    m_removeFromCollectionStmt->step();
-    if (!m_removeFromCollectionStmt->reset()) {
+    if (!m_removeFromCollectionStmt->run()) {
         LOG4CPLUS_ERROR(logger, "Unable to remove pl=" << playlistUid << " from collection=" << record.uid);
         return false;
     }

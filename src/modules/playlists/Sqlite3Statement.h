@@ -32,6 +32,12 @@ public:
 
     // Resets the statement and drops the text buffers. Bound values stay bound.
     bool reset();
+    // Steps a statement that returns no rows and resets it: false when it failed.
+    bool run()
+    {
+        step();
+        return reset();
+    }
 
 private:
     Sqlite3Statement(sqlite3_stmt* stmt, const QString& name);

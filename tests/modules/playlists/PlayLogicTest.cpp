@@ -344,10 +344,11 @@ TEST_F(PlayLogicPlayback, aChangeOfModeSwitchesShuffleOnlyWhenItsShufflePartChan
                                                               : PlayListPlayLogic::RepeatNone);
             EXPECT_EQ(pl->getRepeatAll(), to >= 4);
             // The order is drawn when shuffle comes on and left alone while it stays on.
-            if (hasShuffle(from) && hasShuffle(to))
+            if (hasShuffle(from) && hasShuffle(to)) {
                 EXPECT_EQ(m_logic.shuffleSequence(), order);
-            else if (hasShuffle(to))
+            } else if (hasShuffle(to)) {
                 EXPECT_TRUE(isPermutation(m_logic.shuffleSequence(), 4) && m_logic.shuffleSequence().first() == 1);
+            }
         }
     }
 }
@@ -408,8 +409,9 @@ TEST_F(PlayLogicShuffle, theOrderIsAPermutationWithThePlayingEntryFirst)
             EXPECT_TRUE(pl->getShuffle());
             EXPECT_TRUE(isPermutation(m_logic.shuffleSequence(), size));
             EXPECT_EQ(m_logic.shuffleCurrentIndex(), 0);
-            if (start >= 0)
+            if (start >= 0) {
                 EXPECT_EQ(m_logic.shuffleSequence().first(), start);
+            }
         }
     }
     m_logic.setCurrentPlayList(nullptr);
