@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QImage>
 
 namespace {
 
@@ -80,6 +81,44 @@ TEST_F(LibraryFlows, ARescanReadsOnlyChangedFilesAndDropsVanishedOnes)
     EXPECT_EQ(titles("library:/tracks"), (QStringList{"F2", "G1", "L1", "N1"}));
     EXPECT_EQ(titles("library:/artists"), (QStringList{"Newcomer", "Zed"}));
     EXPECT_EQ(scan().value("done"), 4);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(LibraryHostTest, ArtworkIsScaledOnceAndServedByItsContentAddress)
+{
+    const QByteArray cover = MediaFiles::picture(0x3366cc, 600, "PNG");
+    write("A/1.flac", tags("One", "A", "Covered", 1), MediaFiles::Format::Flac, cover);
+    write("A/2.flac", tags("Two", "A", "Covered", 2), MediaFiles::Format::Flac, cover);
+    QFile folderCover(m_music.filePath("B/cover.jpg"));
+    write("B/1.mp3", tags("Three", "B", "Folder"), MediaFiles::Format::Mp3);
+    ASSERT_TRUE(folderCover.open(QIODevice::WriteOnly) && folderCover.write(MediaFiles::picture(0xcc3333, 40, "JPEG")) > 0);
+    folderCover.close();
+    start();
+
+    QStringList icons;
+    for (const QVariant& row : rowList("library:/tracks"))
+        icons.append(row.toHash().value("icon").toString());
+    ASSERT_EQ(icons.size(), 3);
+    EXPECT_EQ(icons.at(0), icons.at(2)) << "one picture, one thumbnail";
+    EXPECT_TRUE(icons.at(0).endsWith(".png"));
+    EXPECT_TRUE(icons.at(1).endsWith(".jpg"));
+    EXPECT_EQ(QDir(m_host.root() + "/data-rw/library/public").entryList(QDir::Files).size(), 2);
+
+    const HttpReply png = m_host.client().get(icons.at(0));
+    EXPECT_EQ(png.status, 200);
+    EXPECT_EQ(png.headers.value("content-type"), "image/png");
+    EXPECT_FALSE(png.headers.value("etag").isEmpty());
+    EXPECT_TRUE(png.headers.value("cache-control").contains("max-age="));
+    const QImage thumbnail = QImage::fromData(png.body);
+    EXPECT_EQ(thumbnail.size(), QSize(300, 300));
+    EXPECT_EQ(m_host.client().get(icons.at(1)).headers.value("content-type"), "image/jpeg");
+
+    for (const char* bad : {"/files/library/..%2F..%2Fsettings.json", "/files/library/abc.gif", "/files/library/xyz.png",
+                            "/files/library/abc", "/files/../data-rw/settings.json", "/files/library/0123.png"})
+        EXPECT_EQ(m_host.client().get(bad).status, 404) << bad;
 }
 
 } // namespace
