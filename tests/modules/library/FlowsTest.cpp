@@ -122,3 +122,18 @@ TEST_F(LibraryHostTest, ArtworkIsScaledOnceAndServedByItsContentAddress)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(LibraryHostTest, AFileAddedToTheFolderIsScannedWithoutBeingAsked)
+{
+    write("A/1.flac", tags("One", "A", "First"));
+    start();
+    write("A/2.flac", tags("Two", "A", "First"));
+    const QDeadlineTimer deadline(10000);
+    while (titles("library:/tracks").size() < 2 && !deadline.hasExpired())
+        QThread::msleep(50);
+    EXPECT_EQ(titles("library:/tracks"), (QStringList{"One", "Two"}));
+}
+
+} // namespace
