@@ -138,12 +138,7 @@ void LibraryWorker::setDataRequest(const CMSetDataRequest& request)
             startScan();
             VexaValue done;
             done.setBool_(true);
-            VexaRoles result;
-            result.setValue(done);
-            VexaActionReply reply;
-            reply.setXclass(QStringLiteral("VexaActionReply"));
-            reply.setResult(result);
-            request.reply().setData(reply.toVariant());
+            request.reply().setData(VexaActionReply::withValue(done).toVariant());
             return;
         }
         if (path.prefix() == LibraryPaths::Prefix && path.path() == LibraryPaths::prepareItems().path()) {
