@@ -12,11 +12,6 @@
 </context>
 <context>
     <name>RootNode</name>
-    <message><source>Artists</source><translation>Interpreten</translation></message>
-    <message><source>Albums</source><translation>Alben</translation></message>
-    <message><source>Genres</source><translation>Genres</translation></message>
-    <message><source>Folders</source><translation>Ordner</translation></message>
-    <message><source>All tracks</source><translation>Alle Titel</translation></message>
     <message><source>Search</source><translation>Suche</translation></message>
     <message><source>Library</source><translation>Bibliothek</translation></message>
 </context>

@@ -1,22 +1,19 @@
 #include "RootNode.h"
 
+#include "Browser.h"
 #include "LibraryPaths.h"
 
 #include "Language.h"
 
 bool RootNode::getRowsRequest(const CMGetRowsRequest& request)
 {
-    const struct
-    {
-        QString title;
-        const char* path;
-    } lists[] = {{VEXA_TR("Artists"), "/artists"}, {VEXA_TR("Albums"), "/albums"}, {VEXA_TR("Genres"), "/genres"},
-                 {VEXA_TR("Folders"), "/folders"}, {VEXA_TR("All tracks"), "/tracks"}};
     QList<VexaRoles> all;
-    for (const auto& list : lists) {
+    for (const char* list : {"/artists", "/albums", "/genres", "/folders", "/tracks"}) {
+        // Each list's row carries the title the list itself shows.
+        const CMPath path = LibraryPaths::at(QString::fromLatin1(list));
         VexaRoles roles;
-        roles.setTitle(list.title);
-        roles.setPath(LibraryPaths::at(QString::fromLatin1(list.path)));
+        roles.setTitle(m_browser->listingOf(path)->title);
+        roles.setPath(path);
         roles.setType(VexaRolesType::Container);
         all.append(roles);
     }
