@@ -1,5 +1,7 @@
 #include "ApiRouter.h"
 
+#include "FilesApi.h"
+
 #include <QFile>
 
 // The resource lives in a static library, whose unreferenced objects the
@@ -33,6 +35,8 @@ ApiRouter::ApiRouter(CMRootWorker* root, SubscriptionHub* hub) : m_content(root)
          [this](const ApiRequest& r, const QStringList&) { return m_subscriptions.events(r); }},
         {"GET", QStringLiteral("/api/v1/events/stream"),
          [this](const ApiRequest& r, const QStringList&) { return m_subscriptions.stream(r); }},
+        {"GET", QStringLiteral("/files/{prefix}/{name}"),
+         [](const ApiRequest&, const QStringList& c) { return FilesApi::serve(c.value(0), c.value(1)); }},
         {"GET", QStringLiteral("/api/v1/openapi.json"),
          [](const ApiRequest&, const QStringList&) {
              const QByteArray document = openApiDocument();

@@ -62,6 +62,11 @@ bool HostOptions::parse(const QStringList& arguments, HostOptions* options, QStr
         } else if (name == QLatin1String("--audio-sink")) {
             options->audioSink = value;
             ok = !value.trimmed().isEmpty();
+        } else if (name == QLatin1String("--set")) {
+            const int equals = value.indexOf(QLatin1Char('='));
+            ok = equals > 0;
+            if (ok)
+                options->settings.append({value.left(equals), value.mid(equals + 1)});
         } else {
             *error = QStringLiteral("unknown option %1\n").arg(name) + usage();
             return false;
@@ -79,5 +84,6 @@ QString HostOptions::usage()
     return QStringLiteral(
         "usage: vexa-host [--root DIR] [--listen ADDR:PORT] [--modules DIR] [--time-scale F]\n"
         "                 [--log-level TRACE|DEBUG|INFO|WARN|ERROR|FATAL] [--reply-timeout MS]\n"
-        "                 [--max-body-bytes N] [--player emulated|gstreamer] [--audio-sink DESC]\n");
+        "                 [--max-body-bytes N] [--player emulated|gstreamer] [--audio-sink DESC]\n"
+        "                 [--set PATH=VALUE]...\n");
 }

@@ -2,6 +2,8 @@
 
 #include <QString>
 #include <QStringList>
+#include <QList>
+#include <QPair>
 
 // The command line of vexa-host.
 struct HostOptions
@@ -24,6 +26,8 @@ struct HostOptions
     QString player = QStringLiteral("emulated");
     // The gstreamer player's audio sink, as gst-launch describes it.
     QString audioSink = QStringLiteral("autoaudiosink");
+    // Settings stored before the modules load (--set PATH=VALUE), in order.
+    QList<QPair<QString, QString>> settings;
 
     // Parses arguments (without the program name); false with error set on bad input.
     static bool parse(const QStringList& arguments, HostOptions* options, QString* error);

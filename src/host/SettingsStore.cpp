@@ -70,8 +70,33 @@ const QHash<QString, VexaValue>& SettingsStore::defaults()
         {VexaPlayListsSettingsDataBaseItemsLimitPath().toEncoded(), intValue(10000)},
         {VexaPlayListSettingsDataBaseVacuumPath().toEncoded(), boolValue(false)},
         {VexaLanguageSettingsPath().toEncoded(), stringValue(QStringLiteral("en"))},
+        {QStringLiteral("settings:/library/folder"), stringValue(QStringLiteral("music"))},
     };
     return values;
+}
+
+bool SettingsStore::setText(const QString& path, const QString& text, QString* error)
+{
+    const QString type = defaults().value(CMPath(path).toEncoded()).type();
+    VexaValue value;
+    bool ok = true;
+    if (type == VexaValue::Bool_()) {
+        ok = text == QLatin1String("true") || text == QLatin1String("false");
+        value.setBool_(text == QLatin1String("true"));
+    } else if (type == VexaValue::I32()) {
+        value.setI32_(text.toInt(&ok));
+    } else {
+        value.setString_(text);
+    }
+    if (!ok) {
+        *error = QStringLiteral("%1 takes a %2, not '%3'").arg(path, type, text);
+        return false;
+    }
+    const CMReply<QVariant> reply;
+    setValue(CMPath(path), value, reply);
+    if (reply.hasError())
+        *error = QStringLiteral("%1: %2").arg(path, reply.error().message());
+    return !reply.hasError();
 }
 
 QVariant SettingsStore::getValue(const CMPath& path)

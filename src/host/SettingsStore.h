@@ -24,6 +24,10 @@ public:
     void setValue(const CMPath& path, const VexaValue& value, const CMReply<QVariant>& reply) override;
     void invoke(const CMPath& path, const QVariant& value, const CMReply<QVariant>& reply) override;
 
+    // Stores text as the setting at path, typed as the setting's default is
+    // (bool_, i32_, else string_); false with error set when it cannot.
+    bool setText(const QString& path, const QString& text, QString* error);
+
     static QString filePath();
     static const QHash<QString, VexaValue>& defaults();
 

@@ -41,6 +41,12 @@ int main(int argc, char* argv[])
     QDir().mkpath(QStringLiteral("data-rw"));
 
     SettingsStore settings;
+    for (const auto& setting : qAsConst(options.settings)) {
+        if (!settings.setText(setting.first, setting.second, &error)) {
+            LOG4CPLUS_FATAL(logger, "--set " << setting.first << ": " << error);
+            return 2;
+        }
+    }
     PowerManager power;
     CMRoot()->registerWorker(SettingsStore::prefix(), &settings);
     CMRoot()->registerWorker(PowerManager::prefix(), &power);

@@ -20,5 +20,16 @@ public:
     VexaRoles result() const { return VexaRoles(hashValue(Result())); }
     void setResult(const VexaRoles& v) { insert(Result(), v.toVariant()); }
     QList<VexaEvent> events() const;
+
+    // The success answer carrying value as its result's value.
+    static VexaActionReply withValue(const VexaValue& value)
+    {
+        VexaRoles result;
+        result.setValue(value);
+        VexaActionReply reply;
+        reply.setXclass(QStringLiteral("VexaActionReply"));
+        reply.setResult(result);
+        return reply;
+    }
     void setEvents(const QList<VexaEvent>& events);
 };

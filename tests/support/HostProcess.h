@@ -39,6 +39,7 @@ public:
 
     // The playlists module as the build made it.
     static QString playlistsModule() { return QStringLiteral(VEXA_PLAYLISTS_MODULE); }
+    static QString libraryModule() { return QStringLiteral(VEXA_LIBRARY_MODULE); }
 
     // A loopback port nothing listens on at the moment.
     static quint16 freePort();

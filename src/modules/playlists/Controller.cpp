@@ -87,12 +87,7 @@ void Controller::setReply(const CMSetDataRequest& request, bool ok, const QStrin
         value.setI32_(*created);
     else
         value.setBool_(true);
-    VexaRoles result;
-    result.setValue(value);
-    VexaActionReply reply;
-    reply.setXclass(QStringLiteral("VexaActionReply"));
-    reply.setResult(result);
-    request.reply().setData(reply.toVariant());
+    request.reply().setData(VexaActionReply::withValue(value).toVariant());
 }
 
 QString Controller::buildErrMsg(const QString& a, const QString& b, const QString& c)
