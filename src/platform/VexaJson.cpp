@@ -88,6 +88,18 @@ void writeObject(const Container& object, QByteArray& out)
     out += '}';
 }
 
+template <class List, class Write>
+void writeArray(const List& list, QByteArray& out, Write write)
+{
+    out += '[';
+    for (int i = 0; i < list.size(); ++i) {
+        if (i > 0)
+            out += ',';
+        write(list.at(i), out);
+    }
+    out += ']';
+}
+
 void writeValue(const QVariant& value, QByteArray& out)
 {
     const int type = value.userType();
@@ -124,28 +136,12 @@ void writeValue(const QVariant& value, QByteArray& out)
     case QMetaType::QVariantMap:
         writeObject(*static_cast<const QVariantMap*>(value.constData()), out);
         return;
-    case QMetaType::QVariantList: {
-        const auto& list = *static_cast<const QVariantList*>(value.constData());
-        out += '[';
-        for (int i = 0; i < list.size(); ++i) {
-            if (i > 0)
-                out += ',';
-            writeValue(list.at(i), out);
-        }
-        out += ']';
+    case QMetaType::QVariantList:
+        writeArray(*static_cast<const QVariantList*>(value.constData()), out, writeValue);
         return;
-    }
-    case QMetaType::QStringList: {
-        const auto& list = *static_cast<const QStringList*>(value.constData());
-        out += '[';
-        for (int i = 0; i < list.size(); ++i) {
-            if (i > 0)
-                out += ',';
-            writeString(list.at(i), out);
-        }
-        out += ']';
+    case QMetaType::QStringList:
+        writeArray(*static_cast<const QStringList*>(value.constData()), out, writeString);
         return;
-    }
     default:
         break;
     }
