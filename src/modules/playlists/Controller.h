@@ -13,6 +13,7 @@
 #include <optional>
 
 class CMRequestGroup;
+class CollectionBase;
 class PlayListBase;
 class PlayListManager;
 class PlayListWorker;
@@ -85,10 +86,35 @@ public slots:
 private:
     // The playlist plid, or null with the playlist check's text in msg and its log line.
     PlayListBase* findPlayList(int plid, const QString& prefix, QString& msg);
+    // What set-shuffle or set-repeat says, in its own words, and how it applies a mode.
+    struct ModeCommand
+    {
+        QString prefix;
+        QString invalidMode;
+        QString invalidModeField;
+        QString done;
+        const char* invalidIdLog;
+        const char* invalidModeLog;
+        const char* doneLog;
+        int lastMode;
+        void (*apply)(PlayListBase* playlist, int mode);
+    };
     // set-shuffle and set-repeat: the same checks on their own texts.
-    bool setPlayListMode(bool shuffle, int plid, int mode, QString& msg);
+    bool setPlayListMode(const ModeCommand& command, int plid, int mode, QString& msg);
+    // What add-to-collection or remove-from-collection says, and how it changes a collection.
+    struct MemberCommand
+    {
+        QString prefix;
+        QString failed;
+        QString done;
+        const char* missingPlayListLog;
+        const char* failedLog;
+        const char* failedLogCollection;
+        const char* doneLog;
+        bool (*apply)(CollectionBase* collection, PlayListBase* playlist);
+    };
     // add-to-collection and remove-from-collection alike.
-    bool changeCollectionMember(const CMSetDataRequest& request, QString& msg, bool add);
+    bool changeCollectionMember(const MemberCommand& command, const CMSetDataRequest& request, QString& msg);
     // The sequence number of the first of added entries just added to playlist with position "now".
     int firstAddedNow(const PlayListBase* playlist, int added) const;
 

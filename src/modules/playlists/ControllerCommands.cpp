@@ -144,45 +144,52 @@ bool Controller::plSetShuffle(CMSetDataRequest request, QString& msg)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
     const VexaPlayListPlSetShuffle record(valueHash(request));
+    const ModeCommand command{VEXA_TR("Could not set shuffle mode on playlist."),
+                              VEXA_TR("Invalid shuffle mode."),
+                              QStringLiteral("shuffle-mode"),
+                              VEXA_TR("Playlist shuffle mode changed successfully."),
+                              "Cannot set shuffle for invalid playlist id: ",
+                              "Cannot set shuffle mode: ",
+                              " set shuffle: ",
+                              VexaPlayListPlShuffleMode::On,
+                              [](PlayListBase* playlist, int mode) { playlist->setShuffle(mode == VexaPlayListPlShuffleMode::On); }};
     // A mode that names no shuffle mode at all reads as -1 and is refused like one above 1.
-    return setPlayListMode(true, record.plid(), VexaPlayListPlShuffleMode::fromVariant(record.mode()), msg);
+    return setPlayListMode(command, record.plid(), VexaPlayListPlShuffleMode::fromVariant(record.mode()), msg);
 }
 
 bool Controller::plSetRepeat(CMSetDataRequest request, QString& msg)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
     const VexaPlayListPlSetRepeat record(valueHash(request));
-    return setPlayListMode(false, record.plid(), VexaPlayListPlRepeatMode::fromVariant(record.mode()), msg);
+    const ModeCommand command{VEXA_TR("Could not set repeat mode on playlist."),
+                              VEXA_TR("Invalid repeat mode."),
+                              QStringLiteral("repeat-mode"),
+                              VEXA_TR("Playlist repeat mode changed successfully."),
+                              "Cannot set repeat for invalid playlist id: ",
+                              "Cannot set repeat mode: ",
+                              " set repeat all: ",
+                              VexaPlayListPlRepeatMode::OneAndAll,
+                              [](PlayListBase* playlist, int mode) { playlist->setRepeatAll(mode == VexaPlayListPlRepeatMode::All); }};
+    return setPlayListMode(command, record.plid(), VexaPlayListPlRepeatMode::fromVariant(record.mode()), msg);
 }
 
-bool Controller::setPlayListMode(bool shuffle, int plid, int mode, QString& msg)
+bool Controller::setPlayListMode(const ModeCommand& command, int plid, int mode, QString& msg)
 {
-    const QString prefix = shuffle ? VEXA_TR("Could not set shuffle mode on playlist.")
-                                   : VEXA_TR("Could not set repeat mode on playlist.");
-    const char* const what = shuffle ? "shuffle" : "repeat";
-    if (!checkPlayListId(plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Cannot set " << what << " for invalid playlist id: " << plid);
+    if (!checkPlayListId(plid, command.prefix, msg)) {
+        LOG4CPLUS_ERROR(logger(), command.invalidIdLog << plid);
         return false;
     }
-    const int lastMode = shuffle ? int(VexaPlayListPlShuffleMode::On) : int(VexaPlayListPlRepeatMode::OneAndAll);
-    if (mode > lastMode || mode < 0) {
-        msg = shuffle ? buildErrMsg(prefix, VEXA_TR("Invalid shuffle mode."), QStringLiteral("shuffle-mode"))
-                      : buildErrMsg(prefix, VEXA_TR("Invalid repeat mode."), QStringLiteral("repeat-mode"));
-        LOG4CPLUS_ERROR(logger(), "Cannot set " << what << " mode: " << mode);
+    if (mode > command.lastMode || mode < 0) {
+        msg = buildErrMsg(command.prefix, command.invalidMode, command.invalidModeField);
+        LOG4CPLUS_ERROR(logger(), command.invalidModeLog << mode);
         return false;
     }
-    PlayListBase* playlist = findPlayList(plid, prefix, msg);
+    PlayListBase* playlist = findPlayList(plid, command.prefix, msg);
     if (!playlist)
         return false;
-    if (shuffle) {
-        playlist->setShuffle(mode == VexaPlayListPlShuffleMode::On);
-        LOG4CPLUS_INFO(logger(), "Playlist id:" << plid << " set shuffle: " << mode);
-        msg = buildOkMsg(VEXA_TR("Playlist shuffle mode changed successfully."), playlist->getName(), QString());
-    } else {
-        playlist->setRepeatAll(mode == VexaPlayListPlRepeatMode::All);
-        LOG4CPLUS_INFO(logger(), "Playlist id:" << plid << " set repeat all: " << mode);
-        msg = buildOkMsg(VEXA_TR("Playlist repeat mode changed successfully."), playlist->getName(), QString());
-    }
+    command.apply(playlist, mode);
+    LOG4CPLUS_INFO(logger(), "Playlist id:" << plid << command.doneLog << mode);
+    msg = buildOkMsg(command.done, playlist->getName(), QString());
     return true;
 }
 
@@ -218,50 +225,57 @@ bool Controller::plDelete(CMSetDataRequest request, QString& msg)
 bool Controller::clAddItem(CMSetDataRequest request, QString& msg)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
-    return changeCollectionMember(request, msg, true);
+    const MemberCommand command{VEXA_TR("Could not add items to collection."),
+                                VEXA_TR("Add playlist to collection failed."),
+                                VEXA_TR("Items added successfully to collection."),
+                                "Unable to add playList to collection, playlist id: ",
+                                "Unable to add playList id: ",
+                                " to collection id: ",
+                                " added to collection id: ",
+                                [](CollectionBase* collection, PlayListBase* playlist) { return collection->addPlayList(playlist); }};
+    return changeCollectionMember(command, request, msg);
 }
 
 bool Controller::clRemoveItem(CMSetDataRequest request, QString& msg)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
-    return changeCollectionMember(request, msg, false);
+    const MemberCommand command{
+        VEXA_TR("Could not remove items from collection."),
+        VEXA_TR("Remove playlist from collection failed."),
+        VEXA_TR("Playlist removed successfully from collection."),
+        "Unable to remove playList from collection, playlist id: ",
+        "Unable to remove playList, id: ",
+        " from collection id: ",
+        " removed from collection id: ",
+        [](CollectionBase* collection, PlayListBase* playlist) { return collection->removePlayList(playlist); }};
+    return changeCollectionMember(command, request, msg);
 }
 
-bool Controller::changeCollectionMember(const CMSetDataRequest& request, QString& msg, bool add)
+bool Controller::changeCollectionMember(const MemberCommand& command, const CMSetDataRequest& request, QString& msg)
 {
-    const QString prefix = add ? VEXA_TR("Could not add items to collection.")
-                               : VEXA_TR("Could not remove items from collection.");
     const VexaPlayListClAddRemoveItem record(valueHash(request));
     const int plid = record.plid();
     const int clid = record.clid();
-    if (!checkPlayListId(plid, prefix, msg))
+    if (!checkPlayListId(plid, command.prefix, msg))
         return false;
     CollectionBase* collection = m_manager->getCollectionByUid(clid);
     if (!collection) {
-        msg = buildErrMsg(prefix, VEXA_TR("There is no collection with this ID."), QString::number(clid));
+        msg = buildErrMsg(command.prefix, VEXA_TR("There is no collection with this ID."), QString::number(clid));
         LOG4CPLUS_ERROR(logger(), "Collection id: " << clid << "doesn't exist");
         return false;
     }
     PlayListBase* playlist = m_manager->getPlayListByUid(plid);
-    if (!checkPlayList(playlist, plid, prefix, msg)) {
-        LOG4CPLUS_ERROR(logger(), "Unable to " << (add ? "add playList to" : "remove playList from")
-                                               << " collection, playlist id: " << plid << " doesn't exist");
+    if (!checkPlayList(playlist, plid, command.prefix, msg)) {
+        LOG4CPLUS_ERROR(logger(), command.missingPlayListLog << plid << " doesn't exist");
         return false;
     }
-    if (add ? !collection->addPlayList(playlist) : !collection->removePlayList(playlist)) {
-        msg = buildErrMsg(prefix,
-                          add ? VEXA_TR("Add playlist to collection failed.")
-                              : VEXA_TR("Remove playlist from collection failed."),
-                          QString());
-        LOG4CPLUS_ERROR(logger(), "Unable to " << (add ? "add playList id: " : "remove playList, id: ") << plid
-                                               << (add ? " to" : " from") << " collection id: " << clid);
+    if (!command.apply(collection, playlist)) {
+        msg = buildErrMsg(command.prefix, command.failed, QString());
+        LOG4CPLUS_ERROR(logger(), command.failedLog << plid << command.failedLogCollection << clid);
         return false;
     }
-    LOG4CPLUS_INFO(logger(), "Playlist id: " << plid << (add ? " added to" : " removed from")
-                                             << " collection id: " << clid);
-    msg = buildOkMsg(add ? VEXA_TR("Items added successfully to collection.")
-                         : VEXA_TR("Playlist removed successfully from collection."),
-                     collection->getName(), QString());
+    LOG4CPLUS_INFO(logger(), "Playlist id: " << plid << command.doneLog << clid);
+    msg = buildOkMsg(command.done, collection->getName(), QString());
     return true;
 }
 
