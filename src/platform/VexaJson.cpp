@@ -473,43 +473,40 @@ private:
         return text;
     }
 
+    // Skips a run of digits: false (failing) when there is none.
+    bool digits()
+    {
+        const char* start = m_p;
+        while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
+            ++m_p;
+        if (m_p != start)
+            return true;
+        fail("illegal number");
+        return false;
+    }
+
     QVariant readNumber()
     {
         const char* start = m_p;
-        bool integral = true;
         if (*m_p == '-')
             ++m_p;
-        if (m_p == m_end || !(*m_p >= '0' && *m_p <= '9')) {
-            fail("illegal number");
+        // No leading zeros: a 0 stands alone.
+        if (m_p != m_end && *m_p == '0')
+            ++m_p;
+        else if (!digits())
             return QVariant();
-        }
-        if (*m_p == '0')
-            ++m_p;
-        else
-            while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
-                ++m_p;
-        if (m_p != m_end && *m_p == '.') {
-            integral = false;
-            ++m_p;
-            if (m_p == m_end || !(*m_p >= '0' && *m_p <= '9')) {
-                fail("illegal number");
-                return QVariant();
-            }
-            while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
-                ++m_p;
-        }
-        if (m_p != m_end && (*m_p == 'e' || *m_p == 'E')) {
-            integral = false;
+        const bool fraction = m_p != m_end && *m_p == '.';
+        if (fraction && (++m_p, !digits()))
+            return QVariant();
+        const bool exponent = m_p != m_end && (*m_p == 'e' || *m_p == 'E');
+        if (exponent) {
             ++m_p;
             if (m_p != m_end && (*m_p == '+' || *m_p == '-'))
                 ++m_p;
-            if (m_p == m_end || !(*m_p >= '0' && *m_p <= '9')) {
-                fail("illegal number");
+            if (!digits())
                 return QVariant();
-            }
-            while (m_p != m_end && *m_p >= '0' && *m_p <= '9')
-                ++m_p;
         }
+        const bool integral = !fraction && !exponent;
         const QByteArray digits = QByteArray::fromRawData(start, int(m_p - start));
         bool ok = false;
         if (integral) {
