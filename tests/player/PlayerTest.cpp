@@ -61,7 +61,11 @@ TEST_F(PlayerTest, PlayStartsAtTheIndexAndTheCallerHearsThePlayLogicsAnswer)
     ASSERT_TRUE(waitForEvent("mediaPlaybackStarted"));
     EXPECT_EQ(logic()->eventsNamed("mediaPlaybackStarted").first().newRoles, tracks[1]);
     EXPECT_EQ(logic()->eventsNamed("play").first().newRoles, tracks[1]);
-    ASSERT_TRUE(waitFor([&]() { return titleOf(status().value("track")) == "Two"; }));
+    // The controls arrive with the play logic's answer to the start, after the track shows.
+    ASSERT_TRUE(waitFor([&]() {
+        const QVariantHash now = status();
+        return titleOf(now.value("track")) == "Two" && now.value("controls").toHash().contains(VexaPlayLogicControls::Next_());
+    }));
     const QVariantHash playing = status();
     EXPECT_EQ(playing.value("state"), "playing");
     EXPECT_EQ(playing.value("durationMs").toLongLong(), 3600000);
