@@ -17,6 +17,7 @@
 #include "VexaActionReply.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace {
 
@@ -110,11 +111,38 @@ void LibraryWorker::on_scanner_finished()
     m_browser->setRoot(m_scanner->root());
     for (const char* list : kLists)
         subscribe()->changedStartingWith(LibraryPaths::at(QString::fromLatin1(list)), CMSubscribe::RowsChangeReset());
-    // Every folder of the music is watched: a file added, removed or renamed anywhere starts a scan.
-    if (!m_watcher.directories().isEmpty())
-        m_watcher.removePaths(m_watcher.directories());
-    if (!m_scanner->folders().isEmpty())
-        m_watcher.addPaths(m_scanner->folders());
+    watchFolders();
+}
+
+void LibraryWorker::watchFolders()
+{
+    // Every folder of the music is watched: a file added, removed or renamed
+    // anywhere starts a scan. Folders watched before stay watched, so that
+    // no change slips through while the watch is brought up to date.
+    const QSet<QString>& wanted = m_scanner->folders();
+    QStringList gone;
+    for (const QString& folder : m_watcher.directories()) {
+        if (!wanted.contains(folder))
+            gone.append(folder);
+    }
+    if (!gone.isEmpty())
+        m_watcher.removePaths(gone);
+    const QStringList watched = m_watcher.directories();
+    QStringList added;
+    for (const QString& folder : wanted) {
+        if (!watched.contains(folder))
+            added.append(folder);
+    }
+    if (added.isEmpty())
+        return;
+    m_watcher.addPaths(added);
+    // A folder watched only now may have changed after the scan listed it.
+    for (const QString& folder : qAsConst(added)) {
+        if (QFileInfo(folder).lastModified() >= m_scanner->listedAt()) {
+            m_watchDebounce.start();
+            break;
+        }
+    }
 }
 
 void LibraryWorker::on_watcher_directoryChanged()

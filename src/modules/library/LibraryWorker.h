@@ -48,6 +48,8 @@ private:
     // The node for a path: registered at it, or for "<kind>/<id>" at "<kind>".
     CMNode* nodeFor(const CMPath& path);
     void startScan();
+    // Brings the watch to the folders the last scan walked.
+    void watchFolders();
     void answerPrepareItems(const CMSetDataRequest& request);
 
     bool m_ready = false;

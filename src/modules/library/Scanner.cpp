@@ -47,6 +47,7 @@ void Scanner::start(const QString& folder)
 
     QList<Found> found;
     m_folders.clear();
+    m_listedAt = QDateTime::currentDateTime();
     walk(m_root, &m_folders, &found);
     QHash<QString, LibraryStore::Stamp> known = m_store->stamps();
     m_todo.clear();

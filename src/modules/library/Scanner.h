@@ -3,6 +3,7 @@
 #include "LibraryStore.h"
 #include "ScanProgress.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QSet>
@@ -39,8 +40,9 @@ public:
     const ScanProgress& progress() const { return m_progress; }
     // The folder of the last scan, as its paths are stored.
     const QString& root() const { return m_root; }
-    // Every folder the last scan walked.
-    QStringList folders() const { return m_folders.values(); }
+    // Every folder the last scan walked, and when it began to walk them.
+    const QSet<QString>& folders() const { return m_folders; }
+    const QDateTime& listedAt() const { return m_listedAt; }
 
 signals:
     // The progress changed: a few times a second while scanning, and at the end.
@@ -67,6 +69,7 @@ private:
     ScanProgress m_progress;
     QString m_root;
     QSet<QString> m_folders;
+    QDateTime m_listedAt;
     QList<Found> m_todo;
     int m_next = 0;
     QString m_queued;
