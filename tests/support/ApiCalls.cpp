@@ -1,5 +1,11 @@
 #include "ApiCalls.h"
 
+#include <QDeadlineTimer>
+#include <QList>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
 namespace {
 
 QVariantList topicList(const ApiCalls::Topics& topics)
@@ -28,6 +34,35 @@ HttpReply ApiCalls::setData(const QString& path, const QVariant& value) const
 {
     return m_client.post(QStringLiteral("/api/v1/data"),
                          HttpClient::json(QVariantHash{{QStringLiteral("path"), path}, {QStringLiteral("value"), value}}));
+}
+
+QVariantHash ApiCalls::playerStatus() const
+{
+    return data(QStringLiteral("player:/status"), QStringLiteral("value")).json().toHash().value(QStringLiteral("value")).toHash();
+}
+
+bool ApiCalls::waitForPlayer(const std::function<bool(const QVariantHash&)>& done) const
+{
+    for (QDeadlineTimer deadline(10000); !deadline.hasExpired(); QThread::msleep(5)) {
+        if (done(playerStatus()))
+            return true;
+    }
+    return false;
+}
+
+QList<QVariantHash> ApiCalls::valuesUntil(const QString& id, const std::function<bool(const QList<QVariantHash>&)>& done,
+                                          int timeoutMs) const
+{
+    QList<QVariantHash> seen;
+    for (QDeadlineTimer deadline(timeoutMs); !deadline.hasExpired();) {
+        for (const QVariant& event : poll(id, 1).json().toList()) {
+            seen.append(event.toHash().value(QStringLiteral("value")).toHash());
+            if (done(seen))
+                return seen;
+        }
+    }
+    ADD_FAILURE() << "the awaited value did not come";
+    return seen;
 }
 
 QString ApiCalls::subscribe(const Topics& topics) const

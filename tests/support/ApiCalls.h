@@ -2,6 +2,7 @@
 
 #include "HttpClient.h"
 
+#include <functional>
 #include <limits>
 
 // The host API's calls as a test makes them, with paths encoded properly.
@@ -22,6 +23,15 @@ public:
     }
     HttpReply data(const QString& path, const QString& roles = QString()) const { return read("data", path, roles); }
     HttpReply setData(const QString& path, const QVariant& value) const;
+    // The value of player:/status.
+    QVariantHash playerStatus() const;
+    // Reads the player's status until done holds for it (true) or ten seconds
+    // passed (false): the player starts and stops asynchronously.
+    bool waitForPlayer(const std::function<bool(const QVariantHash&)>& done) const;
+    // The values subscription id reports until done holds for them; a test
+    // failure when that takes longer than timeoutMs.
+    QList<QVariantHash> valuesUntil(const QString& id, const std::function<bool(const QList<QVariantHash>&)>& done,
+                                    int timeoutMs = 20000) const;
     // A new subscription's id; empty when it was not created.
     QString subscribe(const Topics& topics) const;
     HttpReply modify(const QString& id, const Topics& subscribe, const Topics& unsubscribe) const;

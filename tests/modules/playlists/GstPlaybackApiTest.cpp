@@ -1,7 +1,6 @@
 #include "MediaFiles.h"
 #include "PlaylistsApi.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -27,20 +26,10 @@ protected:
     {
         return m_pl.command("add-external-items", QVariantHash{{"plid", 0}, {"mode", "now"}, {"items", items}});
     }
-    // The statuses a subscription reports until done holds for the last one (or 20 s passed).
+    // The statuses a subscription reports until done holds for the last one.
     QList<QVariantHash> statusesUntil(const QString& id, const std::function<bool(const QVariantHash&)>& done) const
     {
-        QList<QVariantHash> seen;
-        QElapsedTimer timer;
-        for (timer.start(); timer.elapsed() < 20000;) {
-            for (const QVariant& event : m_pl.api().poll(id, 1).json().toList()) {
-                seen.append(event.toHash().value("value").toHash());
-                if (done(seen.last()))
-                    return seen;
-            }
-        }
-        ADD_FAILURE() << "the awaited status did not come";
-        return seen;
+        return m_pl.api().valuesUntil(id, [&](const QList<QVariantHash>& seen) { return done(seen.last()); });
     }
     // The titles that played, each run of one title counted once.
     static QStringList played(const QList<QVariantHash>& statuses)

@@ -1,8 +1,6 @@
 #include "PlaylistsApi.h"
 
-#include <QDeadlineTimer>
 #include <QRegularExpression>
-#include <QThread>
 
 namespace {
 
@@ -46,12 +44,10 @@ protected:
     std::string playing(const char* title) const
     {
         QString seen;
-        for (QDeadlineTimer deadline(5000); !deadline.hasExpired(); QThread::msleep(10)) {
-            const QVariantHash status = m_pl.api().data("player:/status").json().toHash().value("value").toHash();
+        m_pl.api().waitForPlayer([&](const QVariantHash& status) {
             seen = status.value("state").toString() + ' ' + status.value("track").toHash().value("title").toString();
-            if (seen == "playing " + QString(title))
-                break;
-        }
+            return seen == "playing " + QString(title);
+        });
         return seen.toStdString();
     }
     // The context path of the track row at seqnum of a list.

@@ -1,7 +1,5 @@
 #include "PlaylistsApi.h"
 
-#include <QElapsedTimer>
-#include <QThread>
 
 #include <functional>
 
@@ -42,7 +40,7 @@ protected:
         return m_pl.command("add-external-items", QVariantHash{{"plid", plid}, {"mode", mode}, {"items", items}});
     }
     HttpReply control(const QString& name) const { return m_pl.set("player:/control", QVariantHash{{"control", name}}); }
-    QVariantHash status() const { return m_pl.api().data("player:/status", "value").json().toHash().value("value").toHash(); }
+    QVariantHash status() const { return m_pl.api().playerStatus(); }
     QString subscribeStatus() const { return m_pl.api().subscribe({{"value", "player:/status"}}); }
     // One role of every row of a list.
     QStringList column(const QString& path, const QString& role = "title") const
@@ -52,16 +50,7 @@ protected:
             values.append(row.toList().value(0).toString());
         return values;
     }
-    // Reads the player's status until done holds (true) or ten seconds passed (false).
-    bool waitFor(const std::function<bool(const QVariantHash&)>& done) const
-    {
-        QElapsedTimer timer;
-        for (timer.start(); timer.elapsed() < 10000; QThread::msleep(5)) {
-            if (done(status()))
-                return true;
-        }
-        return false;
-    }
+    bool waitFor(const std::function<bool(const QVariantHash&)>& done) const { return m_pl.api().waitForPlayer(done); }
     bool waitForTitle(const QString& wanted) const
     {
         return waitFor([&](const QVariantHash& s) { return state(s) == "playing" && title(s) == wanted; });
@@ -70,20 +59,9 @@ protected:
     {
         return waitFor([](const QVariantHash& s) { return state(s) == "stopped"; });
     }
-    // The status values subscription id reports until done holds for them or ten seconds passed.
     QList<QVariantHash> statusesUntil(const QString& id, const std::function<bool(const QList<QVariantHash>&)>& done) const
     {
-        QList<QVariantHash> seen;
-        QElapsedTimer timer;
-        for (timer.start(); timer.elapsed() < 10000;) {
-            for (const QVariant& event : m_pl.api().poll(id, 1).json().toList()) {
-                seen.append(event.toHash().value("value").toHash());
-                if (done(seen))
-                    return seen;
-            }
-        }
-        ADD_FAILURE() << "the awaited status did not come";
-        return seen;
+        return m_pl.api().valuesUntil(id, done);
     }
 };
 
