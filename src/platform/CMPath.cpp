@@ -7,7 +7,15 @@ namespace {
 
 QString encode(const QString& text)
 {
-    return QString::fromLatin1(QUrl::toPercentEncoding(text));
+    // Numbers and plain names, the usual parameters, encode as themselves.
+    for (const QChar c : text) {
+        const ushort u = c.unicode();
+        const bool unreserved = (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9') || u == '-' || u == '.'
+            || u == '_' || u == '~';
+        if (!unreserved)
+            return QString::fromLatin1(QUrl::toPercentEncoding(text));
+    }
+    return text;
 }
 
 QString decode(const QString& text)

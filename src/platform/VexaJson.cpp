@@ -26,9 +26,33 @@ namespace {
 
 void writeValue(const QVariant& value, QByteArray& out);
 
+// True when every character of text is printable ASCII other than a quote
+// or a backslash: written as it is, one byte each.
+bool plainAscii(const QString& text)
+{
+    const ushort* p = text.utf16();
+    for (const ushort* const end = p + text.size(); p != end; ++p) {
+        if (*p < 0x20 || *p >= 0x7f || *p == '"' || *p == '\\')
+            return false;
+    }
+    return true;
+}
+
 void writeString(const QString& text, QByteArray& out)
 {
     static const char hex[] = "0123456789abcdef";
+    // Most names and titles are plain ASCII: no UTF-8 copy for them.
+    if (plainAscii(text)) {
+        const int at = out.size();
+        out.resize(at + text.size() + 2);
+        char* dst = out.data() + at;
+        *dst++ = '"';
+        const ushort* p = text.utf16();
+        for (const ushort* const end = p + text.size(); p != end; ++p)
+            *dst++ = char(*p);
+        *dst = '"';
+        return;
+    }
     const QByteArray utf8 = text.toUtf8();
     const char* p = utf8.constData();
     const char* const end = p + utf8.size();
@@ -400,6 +424,8 @@ private:
         const char* run = m_p;
         QByteArray escaped;
         bool hasEscapes = false;
+        // Every byte read and written below 0x80: plain ASCII needs no UTF-8 check.
+        unsigned char high = 0;
         while (true) {
             if (m_p == m_end) {
                 fail("unterminated string");
@@ -409,6 +435,7 @@ private:
             if (c == '"')
                 break;
             if (c != '\\') {
+                high |= static_cast<unsigned char>(c);
                 ++m_p;
                 continue;
             }
@@ -448,6 +475,8 @@ private:
                         m_p = save;
                 }
                 const uint ucs4 = code >= 0xd800 && code <= 0xdfff ? 0xfffd : uint(code);
+                if (ucs4 >= 0x80)
+                    high = 0x80;
                 escaped += QString::fromUcs4(&ucs4, 1).toUtf8();
                 break;
             }
@@ -457,18 +486,17 @@ private:
             }
             run = m_p;
         }
-        if (!validUtf8(run, m_p) || (hasEscapes && !validUtf8(escaped.constData(), escaped.constData() + escaped.size()))) {
+        const bool ascii = high < 0x80;
+        if (!ascii && (!validUtf8(run, m_p) || (hasEscapes && !validUtf8(escaped.constData(), escaped.constData() + escaped.size())))) {
             fail("illegal UTF-8 in string");
             return QString();
         }
-        QString text;
-        if (hasEscapes) {
+        if (hasEscapes)
             escaped.append(run, int(m_p - run));
-            // With its size: the text may hold an escaped NUL.
-            text = QString::fromUtf8(escaped.constData(), escaped.size());
-        } else {
-            text = QString::fromUtf8(run, int(m_p - run));
-        }
+        // With its size: the text may hold an escaped NUL.
+        const char* const begin = hasEscapes ? escaped.constData() : run;
+        const int size = hasEscapes ? escaped.size() : int(m_p - run);
+        const QString text = ascii ? QString::fromLatin1(begin, size) : QString::fromUtf8(begin, size);
         ++m_p;
         return text;
     }
