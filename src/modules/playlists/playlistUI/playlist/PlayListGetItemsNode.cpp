@@ -33,7 +33,17 @@ void PlayListGetItemsNode::sendTracks(PlayListBase* playlist, const QString& tit
     if (playlist) {
         count = playlist->getSize();
         for (const VexaPlayListItem& item : playlist->getItems(request.fromRow(), request.toRow()))
-            appendRow(rows, request, addContextMenuToRoles(playlist->itemToVexaRoles(item), playlist->getUid()));
+            appendRow(rows, request, trackRow(playlist, item));
     }
     sendRowsReply(rows, count, title, createRolesFromPath(request.path(), request.roleNames()), request, false);
+}
+
+VexaRoles PlayListGetItemsNode::trackRow(PlayListBase* playlist, const VexaPlayListItem& item)
+{
+    const CachedRow* cached = m_rows.object(item.uid());
+    if (cached && cached->sequenceNumber == item.sequenceNumber() && cached->storedRoles == item.vexaRoles())
+        return cached->roles;
+    const VexaRoles roles = addContextMenuToRoles(playlist->itemToVexaRoles(item), playlist->getUid());
+    m_rows.insert(item.uid(), new CachedRow{item.vexaRoles(), item.sequenceNumber(), roles});
+    return roles;
 }
