@@ -223,6 +223,9 @@ bool ScaleRun::run(std::vector<Row>* rows)
         remove10.push_back(timed("playlists:/remove-items", "{\"plid\":0,\"items\":[10,11,12,13,14,15,16,17,18,19]}"));
         queueSize -= 10;
     }
+    // What the host frees goes back to the system within a second: the
+    // figure is the memory it keeps.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
     const long rssKb = m_host.rssKb();
 
     const int middle = queueSize / 2;

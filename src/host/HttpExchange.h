@@ -36,11 +36,6 @@ public:
     bool bodyTooLarge() const { return m_bodyTooLarge; }
     const QByteArray& body() const { return m_body; }
 
-    // Whether the request or its answer was large enough that memory should
-    // be given back once the exchange is over.
-    bool wasLarge() const { return m_large; }
-    void setLarge() { m_large = true; }
-
     Stage stage() const { return m_stage; }
     void setStage(Stage stage) { m_stage = stage; }
     const ApiResult& result() const { return m_result; }
@@ -80,7 +75,6 @@ private:
     const int m_maxBodyBytes;
     QByteArray m_body;
     bool m_bodyTooLarge = false;
-    bool m_large = false;
     Stage m_stage = Stage::Receiving;
     ApiResult m_result;
 

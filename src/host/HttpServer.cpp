@@ -19,7 +19,6 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
-#include <malloc.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -375,8 +374,6 @@ MHD_Result HttpServer::respond(const ExchangePtr& exchange, const ApiResponse& a
 {
     release(exchange);
     exchange->setStage(HttpExchange::Stage::Answered);
-    if (answer.body().size() >= LargeExchangeBytes)
-        exchange->setLarge();
     // The answer's own buffer is sent, not a copy: MHD lets go of it when done.
     auto* body = new QByteArray(answer.body());
     MHD_Response* response = MHD_create_response_from_buffer_with_free_callback_cls(
@@ -416,13 +413,6 @@ void HttpServer::completed(const ExchangePtr& exchange)
 {
     exchange->close();
     release(exchange);
-    // A large request or answer leaves freed memory in the threads' arenas,
-    // where it would stay; the device has none to spare. A module may still
-    // hold its share of the request for a moment, hence a second time later.
-    if (exchange->wasLarge() || exchange->body().size() >= LargeExchangeBytes) {
-        malloc_trim(0);
-        m_timers->schedule(TrimAgainMs, []() { malloc_trim(0); });
-    }
     QMutexLocker lock(&m_exchangesMutex);
     m_exchanges.remove(exchange.get());
     if (m_exchanges.isEmpty())

@@ -26,9 +26,6 @@ class HttpServer
 {
 public:
     static constexpr int PoolThreads = 4;
-    // Requests or answers of this size give memory back to the system when done.
-    static constexpr int LargeExchangeBytes = 1024 * 1024;
-    static constexpr int TrimAgainMs = 500;
     // An open stream sends a comment line this often, so that proxies and
     // clients see it alive and a vanished client is noticed.
     static constexpr int KeepAliveMs = 15000;

@@ -1,6 +1,7 @@
 #include "HostOptions.h"
 #include "HttpServer.h"
 #include "LogSetup.h"
+#include "MemoryTrimmer.h"
 #include "ModuleLoader.h"
 #include "EmulatedPlayer.h"
 #include "GstPlayer.h"
@@ -70,6 +71,7 @@ int main(int argc, char* argv[])
     }
     LOG4CPLUS_INFO(logger, "Serving on " << options.listenAddress << ":" << server.port() << " in " << QDir::currentPath());
 
+    MemoryTrimmer trimmer;
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, &app, [&](int number) {
         LOG4CPLUS_INFO(logger, "Signal " << number << ": stopping");

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstddef>
+
+// Gives the allocator's free memory back to the system. A large request, or
+// a large command in a module (a merge of a long playlist), leaves its freed
+// memory in the arenas of the threads that used it, where it would stay for
+// good; the device has none to spare. Once a second, when more than a little
+// is held free, it is returned.
+class MemoryTrimmer : public QObject
+{
+    Q_OBJECT
+public:
+    static constexpr int CheckMs = 1000;
+    static constexpr std::size_t SlackBytes = 4 * 1024 * 1024;
+
+    explicit MemoryTrimmer(QObject* parent = nullptr);
+
+private slots:
+    void on_timer_timeout();
+
+private:
+    QTimer m_timer;
+};
