@@ -4,6 +4,7 @@
 
 #include "PlayListsLog.h"
 #include "Sqlite3Statement.h"
+#include "StoreTransaction.h"
 
 #include <sqlite3.h>
 
@@ -112,7 +113,7 @@ int Database::addItems(const PlayListRecord& record, VexaPlayListAddPosition::En
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     // Immediate: the count below and the inserts must see the same store.
-    beginImmediateTransaction();
+    StoreTransaction transaction(*this, StoreTransaction::Lock::Immediate);
     VEXA_LOG_ENTER(TRACE, logger, "pl: " << record.uid << " pl.size(): " << record.size << " position: "
                                        << VexaPlayListAddPosition::toString(position)
                                        << " items.size(): " << items.size());
@@ -135,7 +136,6 @@ int Database::addItems(const PlayListRecord& record, VexaPlayListAddPosition::En
 
     if (toAdd.isEmpty()) {
         LOG4CPLUS_ERROR(logger, "Error adding playlist items: database reached limit!");
-        rollbackTransaction();
         return -2;
     }
 
@@ -148,13 +148,12 @@ int Database::addItems(const PlayListRecord& record, VexaPlayListAddPosition::En
                 LOG4CPLUS_ERROR(logger, "Unable to move item block before adding items");
         }
         if (placed && addItemsFromSequenceNumber(record, first, toAdd)) {
-            commitTransaction();
+            transaction.commit();
             return first;
         }
     }
 
     LOG4CPLUS_ERROR(logger, "Error adding items to list");
-    rollbackTransaction();
     return -1;
 }
 
@@ -215,14 +214,12 @@ bool Database::moveItem(const PlayListRecord& record, int from, int to)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     VEXA_LOG_ENTER(TRACE, logger, "pl=" << record.uid << " from=" << from << " to=" << to);
-    beginTransaction();
+    StoreTransaction transaction(*this, StoreTransaction::Lock::Deferred);
     const bool moved = moveItemTransaction(record, from, to);
-    if (moved) {
-        commitTransaction();
-    } else {
+    if (moved)
+        transaction.commit();
+    else
         LOG4CPLUS_ERROR(logger, "Error moving PlayListItem");
-        rollbackTransaction();
-    }
     return moved;
 }
 
@@ -258,7 +255,7 @@ int Database::removeItems(const PlayListRecord& record, const QList<int>& indice
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     VEXA_LOG_ENTER(TRACE, logger, "pl=" << record.uid << " indices=" << indices);
-    beginImmediateTransaction();
+    StoreTransaction transaction(*this, StoreTransaction::Lock::Immediate);
 
     if (indices.isEmpty())
         PlayListsLog::fatalStop(logger, QStringLiteral("Unable to remove items: the index list is empty"));
@@ -295,11 +292,10 @@ int Database::removeItems(const PlayListRecord& record, const QList<int>& indice
 
     if (!ok) {
         LOG4CPLUS_ERROR(logger, "Error removing items from list");
-        rollbackTransaction();
         return -1;
     }
 
-    commitTransaction();
+    transaction.commit();
     setVacuumNeeded();
     return total;
 }

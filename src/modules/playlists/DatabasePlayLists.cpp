@@ -4,6 +4,7 @@
 
 #include "PlayListsLog.h"
 #include "Sqlite3Statement.h"
+#include "StoreTransaction.h"
 
 #include <sqlite3.h>
 
@@ -84,14 +85,13 @@ bool Database::deletePlayList(const PlayListRecord& record)
 {
     const log4cplus::Logger& logger = PlayListsLog::logger();
     VEXA_LOG_ENTER(TRACE, logger, "pl uid=" << record.uid);
-    beginTransaction();
+    StoreTransaction transaction(*this, StoreTransaction::Lock::Deferred);
     const bool deleted = deletePlayListTransaction(record);
     if (deleted) {
-        commitTransaction();
+        transaction.commit();
         setVacuumNeeded();
     } else {
         LOG4CPLUS_ERROR(logger, "Error deleting PlayList");
-        rollbackTransaction();
     }
     return deleted;
 }
