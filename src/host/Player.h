@@ -92,7 +92,7 @@ public:
 
 protected:
     enum class State { Stopped, Playing, Paused };
-    using Lock = std::unique_lock<std::recursive_mutex>;
+    using Lock = std::unique_lock<std::mutex>;
     using RealClock = std::chrono::steady_clock;
 
     // --- The backend's part, called under the lock -------------------------
@@ -137,8 +137,8 @@ protected:
     // The duration the roles give (mediaData.resources[0].duration), 0 when none.
     static qint64 rolesDurationMs(const VexaRoles& trackRoles);
 
-    mutable std::recursive_mutex m_mutex;
-    std::condition_variable_any m_wake;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_wake;
     State m_state = State::Stopped;
     VexaRoles m_track;
     qint64 m_durationMs = 0;
