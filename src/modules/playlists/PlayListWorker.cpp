@@ -4,7 +4,7 @@
 #include "Database.h"
 #include "PlayListManager.h"
 #include "PlayListPlayLogic.h"
-#include "PlayListUI.h"
+#include "playlistUI/PlayListUI.h"
 #include "PlayListsLog.h"
 
 #include "CMRootWorker.h"

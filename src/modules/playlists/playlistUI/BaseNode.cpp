@@ -1,4 +1,4 @@
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 #include "PlayListsVocabulary.h"
 

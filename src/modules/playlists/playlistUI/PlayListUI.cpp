@@ -1,13 +1,13 @@
-#include "PlayListUI.h"
+#include "playlistUI/PlayListUI.h"
 
 #include "PlayListsVocabulary.h"
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 #include "CollectionBase.h"
 #include "PlayListBase.h"
 #include "PlayListManager.h"
-#include "PlayListWatcher.h"
-#include "RootNode.h"
+#include "playlistUI/PlayListWatcher.h"
+#include "playlistUI/RootNode.h"
 #include "collection/CollectionAddToClNode.h"
 #include "collection/CollectionContextNode.h"
 #include "collection/CollectionGetItemsNode.h"

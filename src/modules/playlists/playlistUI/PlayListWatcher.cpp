@@ -1,6 +1,6 @@
-#include "PlayListWatcher.h"
+#include "playlistUI/PlayListWatcher.h"
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 #include "PlayListBase.h"
 #include "PlayListsLog.h"
 #include "PlayListsVocabulary.h"

@@ -1,4 +1,4 @@
-#include "RootNode.h"
+#include "playlistUI/RootNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // The entry of the browse tree: the play queue, the playlists and the
 // collections, with rows that create a playlist or a collection.

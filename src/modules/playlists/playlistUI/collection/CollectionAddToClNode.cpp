@@ -1,4 +1,4 @@
-#include "CollectionAddToClNode.h"
+#include "playlistUI/collection/CollectionAddToClNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // Picks the collection to add a playlist ("plid") to, or creates one.
 class CollectionAddToClNode : public BaseNode

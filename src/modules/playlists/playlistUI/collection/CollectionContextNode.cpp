@@ -1,4 +1,4 @@
-#include "CollectionContextNode.h"
+#include "playlistUI/collection/CollectionContextNode.h"
 
 #include "PlayListsVocabulary.h"
 

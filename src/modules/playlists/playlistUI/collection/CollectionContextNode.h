@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // The menu of one collection ("clid").
 class CollectionContextNode : public BaseNode

@@ -1,4 +1,4 @@
-#include "CollectionGetItemsNode.h"
+#include "playlistUI/collection/CollectionGetItemsNode.h"
 
 #include "PlayListsVocabulary.h"
 

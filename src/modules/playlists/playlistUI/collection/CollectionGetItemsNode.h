@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // The playlists of one collection, chosen by the request's "clid".
 class CollectionGetItemsNode : public BaseNode

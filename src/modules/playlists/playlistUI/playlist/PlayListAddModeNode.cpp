@@ -1,4 +1,4 @@
-#include "PlayListAddModeNode.h"
+#include "playlistUI/playlist/PlayListAddModeNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // Picks where new entries go: now, after the current entry, or at the end.
 class PlayListAddModeNode : public BaseNode

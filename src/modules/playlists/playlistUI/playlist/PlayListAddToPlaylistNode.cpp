@@ -1,4 +1,4 @@
-#include "PlayListAddToPlaylistNode.h"
+#include "playlistUI/playlist/PlayListAddToPlaylistNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // Picks the playlist to add to; each row leads to the choice of position.
 class PlayListAddToPlaylistNode : public BaseNode

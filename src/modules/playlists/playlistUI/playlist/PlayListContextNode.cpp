@@ -1,4 +1,4 @@
-#include "PlayListContextNode.h"
+#include "playlistUI/playlist/PlayListContextNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // The menu of one playlist ("plid"), opened from a list of playlists or from
 // a collection ("clid").

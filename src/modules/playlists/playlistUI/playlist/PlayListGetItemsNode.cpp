@@ -1,4 +1,4 @@
-#include "PlayListGetItemsNode.h"
+#include "playlistUI/playlist/PlayListGetItemsNode.h"
 
 #include "PlayListsVocabulary.h"
 

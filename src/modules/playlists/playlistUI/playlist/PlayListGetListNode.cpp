@@ -1,9 +1,9 @@
-#include "PlayListGetListNode.h"
+#include "playlistUI/playlist/PlayListGetListNode.h"
 
 #include "PlayListsVocabulary.h"
 
 #include "PlayListBase.h"
-#include "PlayListGetItemsNode.h"
+#include "playlistUI/playlist/PlayListGetItemsNode.h"
 #include "PlayListManager.h"
 #include "PlayListsLog.h"
 

@@ -1,4 +1,4 @@
-#include "PlayListTrackContextNode.h"
+#include "playlistUI/playlist/PlayListTrackContextNode.h"
 
 #include "PlayListsVocabulary.h"
 

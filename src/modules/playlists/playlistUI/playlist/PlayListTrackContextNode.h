@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // The menu of one entry of a playlist, opened from a track row: its path
 // holds "plid", "itemid" and "seqnum".

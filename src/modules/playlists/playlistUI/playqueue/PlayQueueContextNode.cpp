@@ -1,4 +1,4 @@
-#include "PlayQueueContextNode.h"
+#include "playlistUI/playqueue/PlayQueueContextNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BaseNode.h"
+#include "playlistUI/BaseNode.h"
 
 // The menu of the play queue.
 class PlayQueueContextNode : public BaseNode

@@ -1,4 +1,4 @@
-#include "PlayQueueGetItemsNode.h"
+#include "playlistUI/playqueue/PlayQueueGetItemsNode.h"
 
 #include "PlayListsVocabulary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PlayListGetItemsNode.h"
+#include "playlistUI/playlist/PlayListGetItemsNode.h"
 
 // The tracks of the play queue.
 class PlayQueueGetItemsNode : public PlayListGetItemsNode
