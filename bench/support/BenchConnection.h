@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HttpClient.h"
+
 #include <QByteArray>
 
 // One kept-alive HTTP/1.1 connection to the host on the loopback, as a
@@ -8,22 +10,16 @@ class BenchConnection
 {
 public:
     explicit BenchConnection(quint16 port) : m_port(port) {}
-    ~BenchConnection();
 
     BenchConnection(const BenchConnection&) = delete;
     BenchConnection& operator=(const BenchConnection&) = delete;
 
-    // Sends one request and reads its whole answer (the body by its
-    // Content-Length); the HTTP status, or 0 when the exchange failed.
+    // Sends one request and reads its whole answer; the HTTP status, or 0
+    // when the exchange failed.
     int request(const QByteArray& method, const QByteArray& target, const QByteArray& body, QByteArray* answer);
 
 private:
-    bool connectToHost();
-    void close();
-    // Reads until buffer holds at least n bytes.
-    bool fill(int n);
-
     quint16 m_port;
-    int m_fd = -1;
-    QByteArray m_buffer;
+    HttpSocket m_socket;
+    bool m_open = false;
 };

@@ -30,6 +30,7 @@ public:
     // Stops and starts again on the same root and port.
     bool restart(QString* error = nullptr);
     bool isRunning() const;
+    qint64 processId() const { return m_process ? m_process->processId() : 0; }
 
     quint16 port() const { return m_port; }
     QString root() const { return m_root.path(); }
