@@ -221,6 +221,13 @@ TEST_F(BrowseApiLargePlaylist, APageOfTenThousandEntriesHoldsTheRowsAskedForAndT
     const QStringList all = titles("playlists:/tracks/1", -5, 20000);
     EXPECT_EQ(all.size(), 10000);
     EXPECT_EQ(all.value(9999), "T9999");
+
+    // Read again after an entry before them went: every row shows its new position.
+    ASSERT_TRUE(J::answeredTrue(m_pl.command("remove-items", R"({"plid": 1, "items": [0]})")));
+    const QVariantList moved = m_pl.rows("playlists:/tracks/1", "title,value,context", 9000, 9000).value("rows").toList();
+    EXPECT_EQ(J::text(moved.value(0)), J::text(R"(["T9001", {"type": "i32_", "i32_": 9000},
+        {"title": "Playlist", "type": "container", "containerType": "contextMenu",
+         "path": "playlists:/menu/track?action=cmnode&plid=1&itemid=9002&seqnum=9000"}])"));
 }
 
 } // namespace
