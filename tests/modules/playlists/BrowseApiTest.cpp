@@ -222,7 +222,8 @@ TEST_F(BrowseApiLargePlaylist, APageOfTenThousandEntriesHoldsTheRowsAskedForAndT
     EXPECT_EQ(all.size(), 10000);
     EXPECT_EQ(all.value(9999), "T9999");
 
-    // Read again after an entry before them went: every row shows its new position.
+    // Rows read, then read again after an entry before them went: each shows its new position.
+    EXPECT_EQ(m_pl.rows("playlists:/tracks/1", "title", 9000, 9001).value("rows").toList().size(), 2);
     ASSERT_TRUE(J::answeredTrue(m_pl.command("remove-items", R"({"plid": 1, "items": [0]})")));
     const QVariantList moved = m_pl.rows("playlists:/tracks/1", "title,value,context", 9000, 9000).value("rows").toList();
     EXPECT_EQ(J::text(moved.value(0)), J::text(R"(["T9001", {"type": "i32_", "i32_": 9000},
