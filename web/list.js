@@ -34,6 +34,10 @@ export class ListView {
     this.el = h('section', { class: 'list-view' }, this.alert, this.status, this.scroller, this.announcer);
     this.scroller.addEventListener('scroll', () => this.schedule());
     this.scroller.addEventListener('keydown', (e) => this.onKey(e));
+    this.scroller.addEventListener('focusin', (e) => {
+      const rowEl = e.target.closest('.row');
+      if (rowEl) this.focusIndex = Number(rowEl.dataset.index);
+    });
     this.resize = new ResizeObserver(() => {
       const before = this.rowH;
       this.rowH = 0;
@@ -282,6 +286,15 @@ export class ListView {
     if (keepFocus) this.focusRow(to);
   }
 
+  // Moves from the keyboard wait for the one before and its refreshed rows:
+  // a row's place is only known again once the list was fetched anew.
+  keyMove(step) {
+    this.keyMoves = (this.keyMoves || Promise.resolve()).then(() => {
+      const row = this.rowAt(this.focusIndex);
+      return row && moveTarget(row) ? this.move(row, this.focusIndex + step, true) : null;
+    });
+  }
+
   onKey(e) {
     const rowEl = e.target.closest('.row');
     if (!rowEl || e.target.tagName === 'INPUT') return;
@@ -289,8 +302,7 @@ export class ListView {
     const page = Math.max(1, Math.floor(this.scroller.clientHeight / this.rowHeight()) - 1);
     const moves = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page };
     if (e.altKey && (e.key === 'ArrowUp' || e.key === 'ArrowDown')) {
-      const row = this.rowAt(index);
-      if (row && moveTarget(row)) this.move(row, index + moves[e.key], true);
+      this.keyMove(moves[e.key]);
     } else if (e.key in moves) {
       this.focusRow(index + moves[e.key]);
     } else if (e.key === 'Home' || e.key === 'End') {
@@ -370,5 +382,5 @@ export class ListView {
 }
 
 function focusable(el) {
-  return el.querySelector('button.main, button, input') || el;
+  return el.querySelector('button.main') || el.querySelector('button, input') || el;
 }

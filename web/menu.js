@@ -27,8 +27,11 @@ export class Menu {
       e.preventDefault();
       this.close();
     });
-    // A press outside the panel lands on the dialog itself.
-    this.dialog.addEventListener('click', (e) => e.target === this.dialog && this.close());
+    // A press outside the panel lands on the dialog itself. Only a press
+    // that began there closes it: the release of the long press that opened
+    // the menu lands there too.
+    this.dialog.addEventListener('pointerdown', (e) => (this.pressedOutside = e.target === this.dialog));
+    this.dialog.addEventListener('click', (e) => e.target === this.dialog && this.pressedOutside && this.close());
     document.body.append(this.dialog);
   }
 

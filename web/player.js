@@ -47,7 +47,7 @@ export class NowPlaying {
     });
     this.seek.addEventListener('change', () => {
       this.seeking = false;
-      this.control({ control: 'seek', positionMs: Number(this.seek.value) });
+      this.control({ control: 'seek', positionMs: Math.round(Number(this.seek.value)) });
     });
     // The volume follows the slider while it moves, at most every 150 ms.
     this.volume.addEventListener('input', () => {
