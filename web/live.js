@@ -63,7 +63,10 @@ function sync() {
     const id = subscription;
     try {
       await changeSubscription(id, { subscribe: add.map(topic), unsubscribe: remove.map(topic) });
-      if (id === subscription) subscribed = new Set(watchers.keys());
+      if (id !== subscription) return;
+      // Only what was sent: paths watched meanwhile are for the next round.
+      add.forEach((k) => subscribed.add(k));
+      remove.forEach((k) => subscribed.delete(k));
     } catch {
       if (id === subscription) reconnect();
     }

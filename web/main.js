@@ -45,7 +45,7 @@ class App {
     onStatus((online, recovered) => {
       $('offline').hidden = online;
       document.body.classList.toggle('is-offline', !online);
-      if (recovered) this.refreshAll();
+      if (recovered) this.recover();
     });
     start();
     await watch('value', 'settings:/language', (e) => this.languageChanged(plain(e.value)));
@@ -58,10 +58,21 @@ class App {
 
   // Tree titles follow the language too: everything shown is fetched again.
   languageChanged(lang) {
-    if (!lang || lang === language()) return;
+    if (this.applyLanguage(lang)) this.refreshAll();
+  }
+
+  applyLanguage(lang) {
+    if (!lang || lang === language()) return false;
     setLanguage(lang);
     $('lang').value = language();
     this.titles.clear();
+    return true;
+  }
+
+  // Back after the host or the network was gone: whatever changed meanwhile,
+  // the language included, was not announced.
+  async recover() {
+    this.applyLanguage(plain(await value('settings:/language').catch(() => null)));
     this.refreshAll();
   }
 

@@ -3,7 +3,7 @@
 // Debian's chromium driven by playwright-core, and a screenshot of the end.
 import { spawn, execFileSync } from 'node:child_process';
 import { createRequire } from 'node:module';
-import { mkdtempSync, mkdirSync, openSync } from 'node:fs';
+import { mkdtempSync, mkdirSync, openSync, rmSync } from 'node:fs';
 import net from 'node:net';
 import os from 'node:os';
 import path from 'node:path';
@@ -139,8 +139,8 @@ export function scenario(name, { host: hostOptions, ...pageOptions }, task) {
       if (pages[0]) {
         const dir = env('VEXA_SCREENSHOT_DIR');
         mkdirSync(dir, { recursive: true });
-        const shot = `${pageOptions.shot}${failed ? '-failed' : ''}.png`;
-        await pages[0].screenshot({ path: path.join(dir, shot) }).catch(() => {});
+        rmSync(path.join(dir, `${pageOptions.shot}-failed.png`), { force: true });
+        await pages[0].screenshot({ path: path.join(dir, `${pageOptions.shot}${failed ? '-failed' : ''}.png`) }).catch(() => {});
       }
       await browser.close();
       await host.stop();
