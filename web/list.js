@@ -50,6 +50,8 @@ export class ListView {
   async start() {
     if (this.source.path) this.unwatch = await watch('rows', this.source.path, () => this.refresh());
     await this.refresh();
+    // The row that opened this list is gone; the keyboard carries on here.
+    if (document.activeElement === document.body && this.rendered.has(0)) focusable(this.rendered.get(0).el).focus({ preventScroll: true });
   }
 
   destroy() {

@@ -43,6 +43,8 @@ export class Menu {
   // it was asked for from.
   open(context, anchor) {
     if (!context || !context.path) return;
+    // A long press on a touch screen is also a contextmenu event.
+    if (this.isOpen() && this.stack[0] && this.stack[0].path === context.path) return;
     if (this.isOpen()) this.close();
     this.returnFocus = document.activeElement;
     this.anchor = anchor;

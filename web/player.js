@@ -37,6 +37,8 @@ export class NowPlaying {
     this.seek = $('np-seek');
     this.volume = $('np-volume');
     $('np-play').onclick = () => this.playPause();
+    // What plays leads to the list it plays from.
+    $('np-track').onclick = () => this.status.container && app.go([{ path: this.status.container.path }]);
     $('np-next').onclick = () => this.control({ control: 'next' });
     $('np-prev').onclick = () => this.control({ control: 'previous' });
     $('np-shuffle').onclick = () => this.setMode(modeName(!MODES[this.mode][0], MODES[this.mode][1]));
@@ -154,6 +156,7 @@ export class NowPlaying {
     const modes = controls.playMode || {};
     const active = !!s.state && s.state !== 'stopped';
     $('np-play').disabled = !s.track || !s.container;
+    $('np-track').disabled = !s.container || !s.container.path;
     $('np-next').disabled = !active || !controls.next_;
     $('np-prev').disabled = !active || !controls.previous;
     this.seek.disabled = !active || !controls.seekTime || !(s.durationMs > 0);

@@ -6,6 +6,9 @@ import { scenario, row, menu, until } from './harness.mjs';
 // Real time: the demo tracks last 8 s, long enough to watch one play.
 scenario('browse the library, play an album now, skip, seek, modes, volume and search', { host: { timeScale: 1 }, shot: 'library-desktop-light' }, async ({ host, open }) => {
   const page = await open();
+  // First useful paint: the home's rows, within a second of navigating.
+  const painted = await page.waitForFunction(() => document.querySelector('.scroller .row:not(.placeholder)') && performance.now());
+  assert.ok((await painted.jsonValue()) < 1000, `rows after ${await painted.jsonValue()} ms`);
   await page.getByRole('navigation', { name: 'Sources' }).getByRole('button', { name: 'Library' }).click();
   await row(page, 'Albums').getByRole('button').first().click();
   await row(page, 'Tuning Forks').click({ button: 'right' });
