@@ -23,6 +23,9 @@ function encodeCrumb(c) {
   return c.query ? [c.path, c.query.path, c.query.text].map(encodeURIComponent).join(',') : encodeURIComponent(c.path);
 }
 
+// A query's place is named by the input it was typed into.
+const titleKey = (c) => (c.query ? c.query.path : c.path);
+
 function decodeCrumb(part) {
   const [path, queryPath, queryText] = part.split(',').map(decodeURIComponent);
   return queryPath === undefined ? { path } : { path, query: { path: queryPath, text: queryText || '' } };
@@ -44,7 +47,6 @@ class App {
   async boot() {
     onStatus((online, recovered) => {
       $('offline').hidden = online;
-      document.body.classList.toggle('is-offline', !online);
       if (recovered) this.recover();
     });
     start();
@@ -182,7 +184,7 @@ class App {
     const crumbs = this.crumbs;
     await Promise.all(
       crumbs.map(async (c) => {
-        const key = c.query ? c.query.path : c.path;
+        const key = titleKey(c);
         if (this.titles.has(key)) return;
         const title = await titleOf(key).catch(() => undefined);
         if (title !== undefined) this.titles.set(key, title);
@@ -194,12 +196,12 @@ class App {
   renderCrumbs() {
     const items = [h('li', {}, h('button', { type: 'button', onclick: () => this.go([]), 'aria-current': this.crumbs.length ? null : 'page' }, t('home')))];
     this.crumbs.forEach((c, i) => {
-      const title = this.titles.get(c.query ? c.query.path : c.path) ?? '…';
+      const title = this.titles.get(titleKey(c)) ?? '…';
       const last = i === this.crumbs.length - 1;
       items.push(h('li', {}, h('button', { type: 'button', dir: 'auto', 'aria-current': last ? 'page' : null, onclick: () => this.go(this.crumbs.slice(0, i + 1)) }, title)));
     });
     $('crumbs').replaceChildren(...items);
-    const label = this.crumbs.length ? this.titles.get(this.crumbs[this.crumbs.length - 1].path) : t('home');
+    const label = this.crumbs.length ? this.titles.get(titleKey(this.crumbs[this.crumbs.length - 1])) : t('home');
     if (this.view && label !== undefined) this.view.scroller.setAttribute('aria-label', label);
   }
 
@@ -222,10 +224,6 @@ class App {
     clearTimeout(this.queryTimer);
     this.queryTimer = setTimeout(async () => {
       const base = this.crumbs.filter((c) => !(c.query && c.query.path === row.path));
-      if (!q.trim()) {
-        if (base.length !== this.crumbs.length) this.go(base, true);
-        return;
-      }
       try {
         const target = answeredPath(await setData(row.path, text(q)));
         if (!target) return;

@@ -82,15 +82,16 @@ export class Menu {
     this.backButton.hidden = this.stack.length < 2;
     this.title.textContent = top.title || '';
     this.list.replaceChildren(h('p', { class: 'status', text: t('loading') }));
-    const unwatch = await watch('rows', top.path, () => this.reload());
+    const unwatch = await watch('rows', top.path, () => this.reload(false, true));
     if (this.stack[this.stack.length - 1] !== top) return unwatch();
     this.unwatch = unwatch;
     await this.reload(true);
   }
 
   // Every entry of the menu: menus are short, and a chooser of playlists
-  // stays well below the cap.
-  async reload(first) {
+  // stays well below the cap. keepTyped: a change made elsewhere leaves what
+  // someone is typing as it is.
+  async reload(first, keepTyped) {
     const top = this.stack[this.stack.length - 1];
     if (!top) return;
     let rows = [];
@@ -106,11 +107,16 @@ export class Menu {
     }
     if (top !== this.stack[this.stack.length - 1]) return;
     if (answer.title) this.title.textContent = top.title = answer.title;
-    const focused = [...this.list.querySelectorAll('.entry')].findIndex((el) => el.contains(document.activeElement));
+    const active = document.activeElement;
+    const focused = [...this.list.querySelectorAll('.entry')].findIndex((el) => el.contains(active));
     this.list.replaceChildren(...rows.map((row) => this.entry(row)));
     const entries = this.list.querySelectorAll('.entry');
     const target = entries[focused >= 0 ? focused : 0];
-    if (target && (first || focused >= 0)) focusIn(target).focus();
+    if (target && (first || focused >= 0)) {
+      const field = focusIn(target);
+      if (keepTyped && focused >= 0 && active.tagName === 'INPUT' && field.tagName === 'INPUT') field.value = active.value;
+      field.focus();
+    }
     if (first) this.place();
   }
 
@@ -148,6 +154,7 @@ export class Menu {
     try {
       const answer = await setData(row.path, value);
       if (closesMenu(answer)) this.close();
+      else await this.reload();
     } catch (error) {
       entry.after(h('p', { class: 'menu-error', role: 'alert', dir: 'auto', text: error.message }));
     }
