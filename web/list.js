@@ -47,11 +47,12 @@ export class ListView {
     this.resize.observe(this.scroller);
   }
 
-  async start() {
+  // takeFocus: the list was opened from the page, whose focused row is gone
+  // now; the keyboard carries on in this list.
+  async start(takeFocus) {
     if (this.source.path) this.unwatch = await watch('rows', this.source.path, () => this.refresh());
     await this.refresh();
-    // The row that opened this list is gone; the keyboard carries on here.
-    if (document.activeElement === document.body && this.rendered.has(0)) focusable(this.rendered.get(0).el).focus({ preventScroll: true });
+    if (takeFocus && document.activeElement === document.body && this.rendered.has(0)) focusable(this.rendered.get(0).el).focus({ preventScroll: true });
   }
 
   destroy() {

@@ -151,9 +151,10 @@ class App {
     const source = crumb
       ? { path: crumb.path, load: (from, to) => fetchRows(crumb.path, from, to) }
       : { title: t('home'), load: async () => ({ rows: this.roots, rowsCount: this.roots.length }) };
+    const opened = !!this.view;
     this.view = new ListView(source, this);
     $('view').replaceChildren(...[this.queryBar, this.view.el].filter(Boolean));
-    this.view.start();
+    this.view.start(opened);
   }
 
   // The field of a query stays while its answers change under it, so typing
