@@ -24,7 +24,8 @@ scenario('a change in one window or from curl shows in the others within a secon
   await menu(second).getByRole('heading', { name: HOSTILE }).waitFor(SECOND);
   await row(second, HOSTILE).waitFor(SECOND);
 
-  await host.addTracks(0, [HOSTILE]);
+  // Long enough to be still playing at a thousand times real time.
+  await host.addTracks(0, [HOSTILE], 100000);
   await host.setData('playlists:/play-playlist', { plid: 0 });
   await first.getByRole('region', { name: 'Now playing' }).getByText(HOSTILE, { exact: true }).waitFor(SECOND);
   await host.setData('player:/volume', { type: 'i32_', i32_: 22 });
