@@ -2,7 +2,7 @@
 // with the message the host or the module gave, ready to be shown.
 import { t } from './words.js';
 
-export class ApiError extends Error {
+class ApiError extends Error {
   constructor(status, message, name) {
     super(message);
     this.status = status;
@@ -91,11 +91,6 @@ export function plain(v) {
 export function pathParams(path) {
   const at = (path || '').indexOf('?');
   return new URLSearchParams(at < 0 ? '' : path.slice(at + 1).replace(/\+/g, '%2B'));
-}
-
-export function pathBase(path) {
-  const at = (path || '').indexOf('?');
-  return at < 0 ? path || '' : path.slice(0, at);
 }
 
 // A command's answer asks the client to close the menu it came from.

@@ -194,7 +194,7 @@ export class ListView {
     const type = typeOf(row);
     const movable = moveTarget(row) !== null;
     const el = h('div', {
-      class: `row ${type}${playing ? ' playing' : ''}${movable ? ' movable' : ''}`,
+      class: `row ${type}${playing ? ' playing' : ''}`,
       role: 'listitem',
       'aria-posinset': index + 1,
       'aria-setsize': count,

@@ -25,10 +25,6 @@ let syncing = Promise.resolve();
 const keyOf = (kind, path) => kind + ' ' + path;
 const topic = (key) => ({ kind: key.slice(0, key.indexOf(' ')), path: key.slice(key.indexOf(' ') + 1) });
 
-export function isOnline() {
-  return online;
-}
-
 // fn(online, recovered): recovered when the page was offline and is back.
 export function onStatus(fn) {
   statusListeners.add(fn);

@@ -16,14 +16,14 @@ export function subtitleOf(row) {
   return [meta.artist, meta.album].filter(Boolean).join(' — ') || row.description || '';
 }
 
-export function durationOf(row) {
+function durationOf(row) {
   const resource = row.mediaData && row.mediaData.resources && row.mediaData.resources[0];
   return resource && resource.duration > 0 ? formatTime(resource.duration * 1000) : '';
 }
 
 // An input that names a node of its own rather than a command on one (no
 // parameters): what is typed is a query, and the answer is where to look.
-export function isQuery(row) {
+function isQuery(row) {
   return typeOf(row) === 'input' && !String(row.path || '').includes('?') && typeof plain(row.value) === 'string';
 }
 
@@ -111,7 +111,7 @@ export function rowContent(row, actions) {
       onclick: (e) => (opens ? actions.open(row) : type === 'audio' ? actions.play(row, e.currentTarget) : null),
       'aria-haspopup': type === 'audio' && !actions.canPlay(row) && row.context ? 'menu' : null,
     },
-    row.icon ? artwork(row.icon) : h('span', { class: 'art glyph', 'aria-hidden': 'true' }, icon(type === 'audio' ? 'note' : 'folder')),
+    row.icon ? artwork(row.icon) : h('span', { class: 'art', 'aria-hidden': 'true' }, icon(type === 'audio' ? 'note' : 'folder')),
     labelled(row),
     h('span', { class: 'duration', text: durationOf(row) }),
     opens ? icon('chevron') : null
@@ -119,7 +119,7 @@ export function rowContent(row, actions) {
   const parts = [main];
   if (row.context && row.context.path) {
     parts.push(
-      h('button', { type: 'button', class: 'icon-button more', 'aria-label': t('more'), 'aria-haspopup': 'menu', onclick: (e) => actions.menu(row, e.currentTarget) }, icon('more'))
+      h('button', { type: 'button', class: 'icon-button', 'aria-label': t('more'), 'aria-haspopup': 'menu', onclick: (e) => actions.menu(row, e.currentTarget) }, icon('more'))
     );
   }
   return parts;

@@ -63,11 +63,6 @@ const WORDS = {
   },
 };
 
-export const LANGUAGES = [
-  ['en', 'English'],
-  ['de', 'Deutsch'],
-];
-
 let current = 'en';
 
 export function language() {
