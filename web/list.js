@@ -196,6 +196,8 @@ export class ListView {
     const el = h('div', {
       class: `row ${type}${playing ? ' playing' : ''}`,
       role: 'listitem',
+      // Headers and separators take the focus too, so arrows pass them.
+      tabindex: '-1',
       'aria-posinset': index + 1,
       'aria-setsize': count,
       'aria-current': playing ? 'true' : null,
@@ -300,7 +302,8 @@ export class ListView {
 
   onKey(e) {
     const rowEl = e.target.closest('.row');
-    if (!rowEl || e.target.tagName === 'INPUT') return;
+    // In a field only Up and Down leave the row; the other keys edit.
+    if (!rowEl || (e.target.tagName === 'INPUT' && (e.altKey || (e.key !== 'ArrowUp' && e.key !== 'ArrowDown')))) return;
     const index = Number(rowEl.dataset.index);
     const page = Math.max(1, Math.floor(this.scroller.clientHeight / this.rowHeight()) - 1);
     const moves = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page };

@@ -180,7 +180,7 @@ export class Menu {
   }
 
   onKey(e) {
-    if (e.target.tagName === 'INPUT') return;
+    if (e.target.tagName === 'INPUT' && e.key !== 'ArrowUp' && e.key !== 'ArrowDown') return;
     const entries = [...this.list.querySelectorAll('.entry')];
     const at = entries.findIndex((el) => el.contains(e.target));
     const step = { ArrowDown: 1, ArrowUp: -1 }[e.key];
