@@ -104,6 +104,7 @@ export class ListView {
           continue;
         }
         if (generation !== this.generation || this.destroyed) continue;
+        this.failure = null;
         this.pages = fresh;
         this.render();
       } while (this.again && !this.destroyed);
@@ -115,9 +116,8 @@ export class ListView {
   fail(error) {
     this.count = 0;
     this.pages = new Map();
+    this.failure = error.message;
     this.render();
-    this.status.textContent = error.message;
-    this.status.hidden = false;
   }
 
   ensurePage(page) {
@@ -154,7 +154,7 @@ export class ListView {
     const rowH = this.rowHeight();
     this.spacer.style.height = count * rowH + 'px';
     this.status.hidden = this.count !== 0 && this.count !== null;
-    if (this.count === 0) this.status.textContent = t('empty');
+    if (this.count === 0) this.status.textContent = this.failure || t('empty');
     const [from, wanted] = this.visibleRange();
     const to = Math.min(wanted, count - 1);
     for (const [index, entry] of this.rendered) {

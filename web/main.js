@@ -81,7 +81,11 @@ class App {
   refreshAll() {
     this.loadRoots();
     this.loadTitles();
-    if (this.view) this.view.refresh();
+    if (this.view) {
+      // Rows whose data did not change still carry the app's own words.
+      this.view.repaint();
+      this.view.refresh();
+    }
     if (this.menuView.isOpen()) this.menuView.reload();
     this.player.relabel();
     this.player.refresh();

@@ -14,7 +14,7 @@ export class Menu {
   constructor() {
     this.stack = [];
     this.title = h('h2', { class: 'menu-title', id: 'menu-title', dir: 'auto' });
-    this.backButton = h('button', { type: 'button', class: 'icon-button', 'aria-label': t('back'), onclick: () => this.back() }, icon('back'));
+    this.backButton = h('button', { type: 'button', class: 'icon-button', 'data-t-label': 'back', 'aria-label': t('back'), onclick: () => this.back() }, icon('back'));
     this.list = h('div', { role: 'menu', class: 'menu-list', 'aria-labelledby': 'menu-title' });
     this.list.addEventListener('keydown', (e) => this.onKey(e));
     this.dialog = h(
