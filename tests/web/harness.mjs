@@ -3,7 +3,7 @@
 // Debian's chromium driven by playwright-core, and a screenshot of the end.
 import { spawn, execFileSync } from 'node:child_process';
 import { createRequire } from 'node:module';
-import { mkdtempSync, mkdirSync, openSync, rmSync } from 'node:fs';
+import { closeSync, mkdtempSync, mkdirSync, openSync, readFileSync, rmSync } from 'node:fs';
 import net from 'node:net';
 import os from 'node:os';
 import path from 'node:path';
@@ -45,9 +45,13 @@ export class Host {
       ['--root', this.root, '--listen', `127.0.0.1:${this.port}`, '--modules', env('VEXA_MODULES_DIR'), ...this.args],
       { stdio: ['ignore', log, log] }
     );
+    closeSync(log);
     this.exited = new Promise((resolve) => this.process.once('exit', resolve));
-    // Ready once the library's first scan is done.
-    await until(async () => (await this.value('library:/scan').catch(() => ({}))).state === 'idle', 20000);
+    // Ready once the library's first scan found the demo tracks.
+    await until(async () => {
+      const scan = await this.value('library:/scan').catch(() => ({}));
+      return scan.state === 'idle' && scan.tracks > 0;
+    }, 20000);
     return this;
   }
 
@@ -144,6 +148,8 @@ export function scenario(name, { host: hostOptions, ...pageOptions }, task) {
       }
       await browser.close();
       await host.stop();
+      if (failed) process.stderr.write(readFileSync(path.join(host.root, 'host.log'), 'utf8').split('\n').slice(-40).join('\n'));
+      rmSync(host.root, { recursive: true, force: true });
     }
     assert.deepEqual(pages.flatMap((p) => p.errors), []);
   });
