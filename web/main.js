@@ -150,14 +150,18 @@ class App {
   }
 
   show(crumb) {
-    if (this.view) this.view.destroy();
+    if (this.view) {
+      this.view.destroy();
+      this.view.el.remove();
+    }
     this.menuView.close();
     const source = crumb
       ? { path: crumb.path, load: (from, to) => fetchRows(crumb.path, from, to) }
       : { title: t('home'), load: async () => ({ rows: this.roots, rowsCount: this.roots.length }) };
     const opened = !!this.view;
     this.view = new ListView(source, this);
-    $('view').replaceChildren(...[this.queryBar, this.view.el].filter(Boolean));
+    // Only the list is replaced: a query's field keeps the focus and what is typed.
+    $('view').append(this.view.el);
     this.view.start(opened);
   }
 
@@ -206,6 +210,8 @@ class App {
       items.push(h('li', {}, h('button', { type: 'button', dir: 'auto', 'aria-current': last ? 'page' : null, onclick: () => this.go(this.crumbs.slice(0, i + 1)) }, title)));
     });
     $('crumbs').replaceChildren(...items);
+    // On a narrow screen the way scrolls; where you are stays in sight.
+    $('crumbs').scrollLeft = $('crumbs').scrollWidth;
     const label = this.crumbs.length ? this.titles.get(titleKey(this.crumbs[this.crumbs.length - 1])) : t('home');
     if (this.view && label !== undefined) this.view.scroller.setAttribute('aria-label', label);
   }

@@ -72,4 +72,5 @@ scenario('browse the library, play an album now, skip, seek, modes, volume and s
   assert.equal(await page.getByRole('searchbox').inputValue(), 'tunx');
   await page.getByRole('searchbox').fill('deep');
   await row(page, 'Deep G').waitFor();
+  assert.equal(await page.getByRole('searchbox').evaluate((el) => el === document.activeElement), true);
 });
