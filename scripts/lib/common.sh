@@ -22,12 +22,26 @@ vexa_install_packages() {
       missing+=("$p")
     fi
   done
-  [ ${#missing[@]} -eq 0 ] && return 0
-  echo "Installing: ${missing[*]}" >&2
+  vexa_apt_install "${missing[@]}"
+}
+
+# The browser tests' tools: node with npm, and chromium. Looked for as
+# commands, not packages: a node that brings its own npm stays as it is.
+vexa_install_test_tools() {
+  local missing=()
+  command -v node >/dev/null || missing+=(nodejs)
+  command -v npm >/dev/null || missing+=(npm)
+  command -v chromium >/dev/null || missing+=(chromium)
+  vexa_apt_install "${missing[@]}"
+}
+
+vexa_apt_install() {
+  [ $# -eq 0 ] && return 0
+  echo "Installing: $*" >&2
   local sudo=()
   [ "$(id -u)" -ne 0 ] && sudo=(sudo)
   "${sudo[@]}" apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "$@" >/dev/null
 }
 
 vexa_build() {

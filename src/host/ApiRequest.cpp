@@ -17,3 +17,12 @@ QString ApiRequest::argument(const QString& name, const QString& fallback) const
     }
     return fallback;
 }
+
+QString ApiRequest::header(const QString& name) const
+{
+    for (const Argument& h : m_headers) {
+        if (h.first.compare(name, Qt::CaseInsensitive) == 0)
+            return h.second;
+    }
+    return QString();
+}

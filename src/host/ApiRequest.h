@@ -6,15 +6,17 @@
 #include <QString>
 
 // One HTTP request as the API sees it: method, the URL's path, the decoded
-// query arguments (in order, NUL bytes kept so they can be refused) and the body.
+// query arguments (in order, NUL bytes kept so they can be refused), the
+// headers and the body.
 class ApiRequest
 {
 public:
     using Argument = QPair<QString, QString>;
 
     ApiRequest() = default;
-    ApiRequest(const QByteArray& method, const QString& path, const QList<Argument>& query, const QByteArray& body)
-        : m_method(method), m_path(path), m_query(query), m_body(body)
+    ApiRequest(const QByteArray& method, const QString& path, const QList<Argument>& query, const QByteArray& body,
+               const QList<Argument>& headers = {})
+        : m_method(method), m_path(path), m_query(query), m_body(body), m_headers(headers)
     {
     }
 
@@ -26,10 +28,13 @@ public:
     bool hasArgument(const QString& name) const;
     // The first value of the argument name; fallback when absent.
     QString argument(const QString& name, const QString& fallback = QString()) const;
+    // The first header of that name, whatever its case; empty when absent.
+    QString header(const QString& name) const;
 
 private:
     QByteArray m_method;
     QString m_path;
     QList<Argument> m_query;
     QByteArray m_body;
+    QList<Argument> m_headers;
 };

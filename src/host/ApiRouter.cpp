@@ -1,6 +1,7 @@
 #include "ApiRouter.h"
 
 #include "FilesApi.h"
+#include "WebAppApi.h"
 
 #include <QFile>
 
@@ -37,6 +38,14 @@ ApiRouter::ApiRouter(CMRootWorker* root, SubscriptionHub* hub) : m_content(root)
          [this](const ApiRequest& r, const QStringList&) { return m_subscriptions.stream(r); }},
         {"GET", QStringLiteral("/files/{prefix}/{name}"),
          [](const ApiRequest&, const QStringList& c) { return FilesApi::serve(c.value(0), c.value(1)); }},
+        {"GET", QStringLiteral("/"),
+         [](const ApiRequest& r, const QStringList&) {
+             return WebAppApi::serve(WebAppApi::IndexName(), r.header(QStringLiteral("If-None-Match")).toLatin1());
+         }},
+        {"GET", QStringLiteral("/{name}"),
+         [](const ApiRequest& r, const QStringList& c) {
+             return WebAppApi::serve(c.value(0), r.header(QStringLiteral("If-None-Match")).toLatin1());
+         }},
         {"GET", QStringLiteral("/api/v1/openapi.json"),
          [](const ApiRequest&, const QStringList&) {
              const QByteArray document = openApiDocument();

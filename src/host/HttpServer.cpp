@@ -222,7 +222,9 @@ MHD_Result HttpServer::begin(const ExchangePtr& exchange)
                                                         .arg(m_maxBodyBytes)));
     QList<ApiRequest::Argument> query;
     MHD_get_connection_values_n(exchange->connection(), MHD_GET_ARGUMENT_KIND, &collectArgument, &query);
-    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body());
+    QList<ApiRequest::Argument> headers;
+    MHD_get_connection_values_n(exchange->connection(), MHD_HEADER_KIND, &collectArgument, &headers);
+    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body(), headers);
 
     ApiResult result;
     try {

@@ -264,7 +264,7 @@ TEST_F(HostApi, EveryKindOfBadInputGetsItsErrorAndTheHostGoesOn)
         {"GET", "/api/v1/events?subscription=" + id + "&timeout=-1", "", 400, bad},
         {"GET", "/api/v1/events", "", 400, bad},
         {"GET", "/api/v1/nothing", "", 404, QStringLiteral("notFound")},
-        {"GET", "/", "", 404, QStringLiteral("notFound")},
+        {"GET", "/no/such/thing", "", 404, QStringLiteral("notFound")},
         {"GET", "/api/v1/rows/extra", "", 404, QStringLiteral("notFound")},
         {"GET", "/api/v1/subscriptions/", "", 404, QStringLiteral("notFound")},
         {"GET", "/api/v1/subscriptions/" + id, "", 405, QStringLiteral("methodNotAllowed")},
