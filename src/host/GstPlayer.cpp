@@ -309,14 +309,20 @@ void GstPlayer::failed(GstMessage* message)
 void GstPlayer::streamStarted()
 {
     const Lock lock(m_mutex);
+    takeHandedTrackLocked();
+}
+
+bool GstPlayer::takeHandedTrackLocked()
+{
     if (m_handedUri.isEmpty())
-        return;
+        return false;
     // The handed track is what plays now, whatever the play logic announced since.
     m_streamUri = m_handedUri;
     m_handedUri.clear();
     m_hasNext = true;
     m_nextTrack = m_handedTrack;
     handOverLocked();
+    return true;
 }
 
 void GstPlayer::refreshDuration()
@@ -355,6 +361,10 @@ void GstPlayer::aboutToFinish()
         m_wake.wait_for(lock, std::chrono::milliseconds(5));
     if (m_state == State::Stopped || m_awaitingStart || serial != m_trackSerial)
         return;
+    // A short handed track can be read to its end before the loop thread has
+    // seen it start: it is the current one now, and the next is asked after it,
+    // not after the track before (which would hand the same track over again).
+    takeHandedTrackLocked();
     // Blocking here is blocking GStreamer's streaming thread, which is what
     // lets the next track join without a gap.
     const VexaRoles next = awaitNextLocked(lock);

@@ -55,6 +55,8 @@ private:
     void prerolled();
     void failed(GstMessage* message);
     void streamStarted();
+    // The handed track becomes the current one; false when none was handed.
+    bool takeHandedTrackLocked();
     void refreshDuration();
     void startTimedOut(quint64 serial);
     // On a streaming thread:
