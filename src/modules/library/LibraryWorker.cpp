@@ -2,6 +2,7 @@
 
 #include "Artwork.h"
 #include "Browser.h"
+#include "FileNames.h"
 #include "LibraryLog.h"
 #include "LibraryPaths.h"
 #include "LibraryRoles.h"
@@ -130,7 +131,9 @@ void LibraryWorker::watchFolders()
     const QStringList watched = m_watcher.directories();
     QStringList added;
     for (const QString& folder : wanted) {
-        if (!watched.contains(folder))
+        // Qt's watcher cannot name a folder whose name is not UTF-8: such a
+        // folder is read again on the next scan, not watched.
+        if (!watched.contains(folder) && FileNames::display(folder) == folder)
             added.append(folder);
     }
     if (added.isEmpty())
