@@ -30,4 +30,34 @@ TEST_F(LibraryHostTest, NamesThatAreNotUtf8ArePlayedByTheirBytesAndALinkLoopIsWa
     EXPECT_TRUE(MediaFiles::plays(uri)) << uri.toStdString();
 }
 
+TEST_F(LibraryHostTest, AScanKilledMidwayIsCompletedByTheNextStartWithEachTrackOnce)
+{
+    // Links to one untagged tone: a folder large enough to be killed in, made
+    // at once, each track titled by its own name.
+    constexpr int Files = 5000;
+    const QByteArray tone = QFile::encodeName(write("00000.flac", {}));
+    QStringList expected{"00000"};
+    for (int i = 1; i < Files; ++i) {
+        expected.append(QStringLiteral("%1").arg(i, 5, 10, QLatin1Char('0')));
+        ASSERT_EQ(::link(tone.constData(), QFile::encodeName(m_music.filePath(expected.last() + ".flac")).constData()), 0);
+    }
+    QString error;
+    ASSERT_TRUE(m_host.start(&error)) << error.toStdString();
+    int stored = 0;
+    const QDeadlineTimer deadline(10000);
+    while (!stored && !deadline.hasExpired())
+        stored = rows("library:/tracks", 0, 0).value("rowsCount").toInt();
+    m_host.kill();
+    ASSERT_GT(stored, 0);
+    ASSERT_LT(stored, Files) << "the scan ended before the kill";
+
+    start();
+    EXPECT_EQ(scan().value("tracks"), Files);
+    QStringList titles;
+    for (const QVariant& row : api().rows("library:/tracks", "title", 0, Files).json().toHash().value("rows").toList())
+        titles.append(row.toList().value(0).toString());
+    titles.sort();
+    EXPECT_EQ(titles, expected);
+}
+
 } // namespace
