@@ -202,6 +202,19 @@ void LibraryWorker::getRows(const CMGetRowsRequest& request)
 void LibraryWorker::getData(const CMPath& path, const QStringList& roleNames, const CMReply<QVariant>& reply)
 {
     runOnThread([this, path, roleNames, reply]() {
+        // An entry answers the roles of its own row, not those of the list node that pages it.
+        if (const std::optional<LibraryEntry> entry = m_browser->entryOf(path)) {
+            const VexaRoles all = LibraryRoles::rowOf(*entry);
+            VexaRoles roles;
+            for (const QString& name : roleNames) {
+                if (name == QLatin1String("*"))
+                    roles = all;
+                else if (all.contains(name))
+                    roles.insert(name, all.value(name));
+            }
+            reply.setData(roles.toVariant());
+            return;
+        }
         CMNode* node = nodeFor(path);
         if (node && (nodes()->find(path) || m_browser->holds(path)))
             reply.setData(node->getDataRoles(roleNames, path.params()).toVariant());
