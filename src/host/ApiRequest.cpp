@@ -17,3 +17,13 @@ QString ApiRequest::argument(const QString& name, const QString& fallback) const
     }
     return fallback;
 }
+
+QByteArray ApiRequest::header(const QByteArray& name) const
+{
+    QByteArray value;
+    for (const Header& h : m_headers) {
+        if (h.first.compare(name, Qt::CaseInsensitive) == 0)
+            value += (value.isEmpty() ? QByteArray() : QByteArrayLiteral(", ")) + h.second;
+    }
+    return value;
+}

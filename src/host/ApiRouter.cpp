@@ -36,7 +36,9 @@ ApiRouter::ApiRouter(CMRootWorker* root, SubscriptionHub* hub) : m_content(root)
         {"GET", QStringLiteral("/api/v1/events/stream"),
          [this](const ApiRequest& r, const QStringList&) { return m_subscriptions.stream(r); }},
         {"GET", QStringLiteral("/files/{prefix}/{name}"),
-         [](const ApiRequest&, const QStringList& c) { return FilesApi::serve(c.value(0), c.value(1)); }},
+         [](const ApiRequest& r, const QStringList& c) {
+             return FilesApi::serve(c.value(0), c.value(1), r.header("If-None-Match"));
+         }},
         {"GET", QStringLiteral("/api/v1/openapi.json"),
          [](const ApiRequest&, const QStringList&) {
              const QByteArray document = openApiDocument();

@@ -52,6 +52,13 @@ MHD_Result collectArgument(void* cls, MHD_ValueKind, const char* key, size_t key
     return MHD_YES;
 }
 
+MHD_Result collectHeader(void* cls, MHD_ValueKind, const char* key, size_t keySize, const char* value, size_t valueSize)
+{
+    auto* headers = static_cast<QList<ApiRequest::Header>*>(cls);
+    headers->append(ApiRequest::Header(QByteArray(key, int(keySize)), value ? QByteArray(value, int(valueSize)) : QByteArray()));
+    return MHD_YES;
+}
+
 ApiResponse timeoutResponse()
 {
     return ApiResponse::error(504, CMError::TimeoutName(), QStringLiteral("Timeout"),
@@ -223,7 +230,9 @@ MHD_Result HttpServer::begin(const ExchangePtr& exchange)
                                                         .arg(m_maxBodyBytes)));
     QList<ApiRequest::Argument> query;
     MHD_get_connection_values_n(exchange->connection(), MHD_GET_ARGUMENT_KIND, &collectArgument, &query);
-    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body());
+    QList<ApiRequest::Header> headers;
+    MHD_get_connection_values_n(exchange->connection(), MHD_HEADER_KIND, &collectHeader, &headers);
+    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body(), headers);
 
     ApiResult result;
     try {
