@@ -172,8 +172,9 @@ void Scanner::runToEnd()
 
 void Scanner::on_turnTimer_timeout()
 {
-    if (!step(FilesPerTurn))
-        m_turnTimer.stop();
+    // A scan that ends stops the timer itself; the scan queued behind it has
+    // started it again by then, and it must keep running.
+    step(FilesPerTurn);
 }
 
 void Scanner::finish()
