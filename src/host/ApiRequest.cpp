@@ -18,11 +18,12 @@ QString ApiRequest::argument(const QString& name, const QString& fallback) const
     return fallback;
 }
 
-QString ApiRequest::header(const QString& name) const
+QByteArray ApiRequest::header(const QByteArray& name) const
 {
-    for (const Argument& h : m_headers) {
+    QByteArray value;
+    for (const Header& h : m_headers) {
         if (h.first.compare(name, Qt::CaseInsensitive) == 0)
-            return h.second;
+            value += (value.isEmpty() ? QByteArray() : QByteArrayLiteral(", ")) + h.second;
     }
-    return QString();
+    return value;
 }

@@ -12,10 +12,11 @@ class ApiRequest
 {
 public:
     using Argument = QPair<QString, QString>;
+    using Header = QPair<QByteArray, QByteArray>;
 
     ApiRequest() = default;
     ApiRequest(const QByteArray& method, const QString& path, const QList<Argument>& query, const QByteArray& body,
-               const QList<Argument>& headers = {})
+               const QList<Header>& headers = {})
         : m_method(method), m_path(path), m_query(query), m_body(body), m_headers(headers)
     {
     }
@@ -28,13 +29,14 @@ public:
     bool hasArgument(const QString& name) const;
     // The first value of the argument name; fallback when absent.
     QString argument(const QString& name, const QString& fallback = QString()) const;
-    // The first header of that name, whatever its case; empty when absent.
-    QString header(const QString& name) const;
+    // The header name (in any case), its lines joined by ", " as HTTP reads
+    // a repeated header; empty when absent.
+    QByteArray header(const QByteArray& name) const;
 
 private:
     QByteArray m_method;
     QString m_path;
     QList<Argument> m_query;
     QByteArray m_body;
-    QList<Argument> m_headers;
+    QList<Header> m_headers;
 };

@@ -49,3 +49,15 @@ int ApiResponse::statusForErrorName(const QString& name)
     // Any other name is a command that refused.
     return 422;
 }
+
+bool ApiResponse::unchangedFor(const QByteArray& ifNoneMatch, const QByteArray& etag)
+{
+    for (QByteArray tag : ifNoneMatch.split(',')) {
+        tag = tag.trimmed();
+        if (tag.startsWith("W/"))
+            tag = tag.mid(2);
+        if (tag == etag || tag == "*")
+            return true;
+    }
+    return false;
+}

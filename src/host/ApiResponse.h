@@ -33,6 +33,9 @@ public:
     // timeout 504, any other name 422 (a command that refused).
     static ApiResponse fromError(const CMError& error);
     static int statusForErrorName(const QString& name);
+    // Whether a request's If-None-Match list ("a", W/"b", or *) names etag:
+    // the client's copy is current and 304 Not Modified answers it.
+    static bool unchangedFor(const QByteArray& ifNoneMatch, const QByteArray& etag);
 
     int status() const { return m_status; }
     const QByteArray& body() const { return m_body; }

@@ -37,14 +37,14 @@ ApiRouter::ApiRouter(CMRootWorker* root, SubscriptionHub* hub) : m_content(root)
         {"GET", QStringLiteral("/api/v1/events/stream"),
          [this](const ApiRequest& r, const QStringList&) { return m_subscriptions.stream(r); }},
         {"GET", QStringLiteral("/files/{prefix}/{name}"),
-         [](const ApiRequest&, const QStringList& c) { return FilesApi::serve(c.value(0), c.value(1)); }},
-        {"GET", QStringLiteral("/"),
-         [](const ApiRequest& r, const QStringList&) {
-             return WebAppApi::serve(WebAppApi::IndexName(), r.header(QStringLiteral("If-None-Match")).toLatin1());
+         [](const ApiRequest& r, const QStringList& c) {
+             return FilesApi::serve(c.value(0), c.value(1), r.header("If-None-Match"));
          }},
+        {"GET", QStringLiteral("/"),
+         [](const ApiRequest& r, const QStringList&) { return WebAppApi::serve(WebAppApi::IndexName(), r.header("If-None-Match")); }},
         {"GET", QStringLiteral("/{name}"),
          [](const ApiRequest& r, const QStringList& c) {
-             return WebAppApi::serve(c.value(0), r.header(QStringLiteral("If-None-Match")).toLatin1());
+             return WebAppApi::serve(c.value(0), r.header("If-None-Match"));
          }},
         {"GET", QStringLiteral("/api/v1/openapi.json"),
          [](const ApiRequest&, const QStringList&) {

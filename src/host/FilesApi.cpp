@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QRegularExpression>
 
-ApiResult FilesApi::serve(const QString& prefix, const QString& name)
+ApiResult FilesApi::serve(const QString& prefix, const QString& name, const QByteArray& ifNoneMatch)
 {
     static const QRegularExpression prefixPattern(QStringLiteral("^[a-z][a-z0-9_]*$"));
     static const QRegularExpression namePattern(QStringLiteral("^([0-9a-fA-F]+)\\.(jpg|png)$"));
@@ -12,9 +12,11 @@ ApiResult FilesApi::serve(const QString& prefix, const QString& name)
     if (!prefixPattern.match(prefix).hasMatch() || !match.hasMatch() || !file.open(QIODevice::ReadOnly))
         return ApiResult::ready(ApiResponse::error(404, ApiResponse::NotFoundName(), QStringLiteral("Not found"),
                                                    QStringLiteral("No file ") + prefix + QLatin1Char('/') + name));
-    ApiResponse response(200, file.readAll(),
+    const QByteArray etag = '"' + match.captured(1).toLatin1() + '"';
+    const bool unchanged = ApiResponse::unchangedFor(ifNoneMatch, etag);
+    ApiResponse response(unchanged ? 304 : 200, unchanged ? QByteArray() : file.readAll(),
                          match.captured(2) == QLatin1String("png") ? "image/png" : "image/jpeg");
-    response.addHeader("ETag", '"' + match.captured(1).toLatin1() + '"');
+    response.addHeader("ETag", etag);
     response.addHeader("Cache-Control", "public, max-age=" + QByteArray::number(MaxAgeSeconds));
     return ApiResult::ready(response);
 }

@@ -296,14 +296,21 @@ void GstPlayer::prerolled()
 
 void GstPlayer::failed(GstMessage* message)
 {
-    const bool fromSink = m_sink && gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_sink));
+    GstObject* element = GST_MESSAGE_SRC(message);
+    MediaError::Origin origin = MediaError::Origin::Stream;
+    if (m_sink && gst_object_has_as_ancestor(element, GST_OBJECT(m_sink)))
+        origin = MediaError::Origin::Sink;
+    // playbin's only source elements are the ones that read uris (the bins
+    // that hold one carry the flag too, and report other things).
+    else if (GST_IS_ELEMENT(element) && !GST_IS_BIN(element) && GST_OBJECT_FLAG_IS_SET(element, GST_ELEMENT_FLAG_SOURCE))
+        origin = MediaError::Origin::Source;
     const Lock lock(m_mutex);
     const bool handed = !m_handedUri.isEmpty();
     if (m_state == State::Stopped && !handed)
         return;
     // An error after a hand-over belongs to the track handed over.
     const VexaRoles track = handed ? m_handedTrack : m_track;
-    failTrackLocked(track, MediaError::fromMessage(message, handed ? m_handedUri : m_streamUri, fromSink));
+    failTrackLocked(track, MediaError::fromMessage(message, handed ? m_handedUri : m_streamUri, origin));
 }
 
 void GstPlayer::streamStarted()

@@ -51,6 +51,13 @@ MHD_Result collectArgument(void* cls, MHD_ValueKind, const char* key, size_t key
     return MHD_YES;
 }
 
+MHD_Result collectHeader(void* cls, MHD_ValueKind, const char* key, size_t keySize, const char* value, size_t valueSize)
+{
+    auto* headers = static_cast<QList<ApiRequest::Header>*>(cls);
+    headers->append(ApiRequest::Header(QByteArray(key, int(keySize)), value ? QByteArray(value, int(valueSize)) : QByteArray()));
+    return MHD_YES;
+}
+
 ApiResponse timeoutResponse()
 {
     return ApiResponse::error(504, CMError::TimeoutName(), QStringLiteral("Timeout"),
@@ -222,8 +229,8 @@ MHD_Result HttpServer::begin(const ExchangePtr& exchange)
                                                         .arg(m_maxBodyBytes)));
     QList<ApiRequest::Argument> query;
     MHD_get_connection_values_n(exchange->connection(), MHD_GET_ARGUMENT_KIND, &collectArgument, &query);
-    QList<ApiRequest::Argument> headers;
-    MHD_get_connection_values_n(exchange->connection(), MHD_HEADER_KIND, &collectArgument, &headers);
+    QList<ApiRequest::Header> headers;
+    MHD_get_connection_values_n(exchange->connection(), MHD_HEADER_KIND, &collectHeader, &headers);
     const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body(), headers);
 
     ApiResult result;

@@ -15,13 +15,20 @@ int httpStatusOf(GstMessage* message)
     return 0;
 }
 
-int codeOf(const GError* error, GstMessage* message)
+int codeOf(const GError* error, GstMessage* message, Origin origin)
 {
+    if (origin == Origin::Sink)
+        return OutputFailed;
     if (error->domain == GST_RESOURCE_ERROR) {
         if (const int status = httpStatusOf(message))
             return status;
         return error->code == GST_RESOURCE_ERROR_NOT_FOUND ? NotFound : Unreachable;
     }
+    // A source that stops reading (an HTTP server that stalls until the
+    // timeout) reports only that its stream stopped: it is unreachable, not
+    // a format no decoder takes.
+    if (origin == Origin::Source)
+        return Unreachable;
     // Stream, core and library errors: nothing could make sense of the data.
     return Unsupported;
 }
@@ -36,12 +43,12 @@ VexaError make(int code, const QString& uri, const QString& why)
     return error;
 }
 
-VexaError fromMessage(GstMessage* message, const QString& uri, bool fromSink)
+VexaError fromMessage(GstMessage* message, const QString& uri, Origin origin)
 {
     GError* error = nullptr;
     gchar* debug = nullptr;
     gst_message_parse_error(message, &error, &debug);
-    const int code = fromSink ? OutputFailed : codeOf(error, message);
+    const int code = codeOf(error, message, origin);
     const VexaError result = make(code, uri, QString::fromUtf8(error->message));
     g_error_free(error);
     g_free(debug);

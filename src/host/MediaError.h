@@ -19,9 +19,18 @@ constexpr int Unreachable = 503;
 // The media did not start playing in time.
 constexpr int TimedOut = 504;
 
+// Where in the pipeline an error arose.
+enum class Origin {
+    // The element that reads the uri: whatever it reports, it could not read.
+    Source,
+    // The audio output.
+    Sink,
+    // Everything between: typefinding, demuxing, decoding.
+    Stream,
+};
+
 VexaError make(int code, const QString& uri, const QString& why);
-// The error of an ERROR message of the pipeline; fromSink when the audio
-// output posted it.
-VexaError fromMessage(GstMessage* message, const QString& uri, bool fromSink);
+// The error of an ERROR message of the pipeline, posted by an element of origin.
+VexaError fromMessage(GstMessage* message, const QString& uri, Origin origin);
 
 } // namespace MediaError

@@ -63,7 +63,7 @@ ApiResult WebAppApi::serve(const QString& name, const QByteArray& ifNoneMatch)
         return ApiResult::ready(ApiResponse::error(404, ApiResponse::NotFoundName(), QStringLiteral("Not found"),
                                                    QStringLiteral("No file /") + name));
     const WebFile& file = found.value();
-    const bool unchanged = ifNoneMatch == file.etag;
+    const bool unchanged = ApiResponse::unchangedFor(ifNoneMatch, file.etag);
     ApiResponse response(unchanged ? 304 : 200, unchanged ? QByteArray() : file.body, file.contentType);
     response.addHeader("ETag", file.etag);
     response.addHeader("Cache-Control", "no-cache");

@@ -17,11 +17,14 @@
 
 namespace {
 
-// A loopback HTTP server that answers every request with 404.
-class NotFoundServer
+// A loopback HTTP server that answers every request with 404, or that
+// stalls: it takes each request and never answers.
+class LoopbackServer
 {
 public:
-    NotFoundServer() : m_fd(::socket(AF_INET, SOCK_STREAM, 0))
+    enum class Mode { NotFound, Stall };
+
+    explicit LoopbackServer(Mode mode = Mode::NotFound) : m_mode(mode), m_fd(::socket(AF_INET, SOCK_STREAM, 0))
     {
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -33,30 +36,40 @@ public:
         m_port = ntohs(address.sin_port);
         m_thread = std::thread([this]() { serve(); });
     }
-    ~NotFoundServer()
+    ~LoopbackServer()
     {
         ::shutdown(m_fd, SHUT_RDWR);
         m_thread.join();
         ::close(m_fd);
+        for (int client : m_stalled)
+            ::close(client);
     }
     QString uri(const QString& path) const { return QStringLiteral("http://127.0.0.1:%1/%2").arg(m_port).arg(path); }
 
 private:
     void serve()
     {
-        for (int client; (client = ::accept(m_fd, nullptr, nullptr)) >= 0; ::close(client)) {
+        for (int client; (client = ::accept(m_fd, nullptr, nullptr)) >= 0;) {
+            if (m_mode == Mode::Stall) {
+                m_stalled.append(client);
+                continue;
+            }
             QByteArray request;
             char buffer[1024];
             for (ssize_t n; !request.contains("\r\n\r\n") && (n = ::read(client, buffer, sizeof buffer)) > 0;)
                 request.append(buffer, int(n));
             const QByteArray answer = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
             (void)!::write(client, answer.constData(), size_t(answer.size()));
+            ::close(client);
         }
     }
 
+    Mode m_mode;
     int m_fd;
     quint16 m_port = 0;
     std::thread m_thread;
+    // Open until the server goes; only the serving thread adds to it.
+    QList<int> m_stalled;
 };
 
 // The GStreamer player on tones made for the test, into a sink that runs
@@ -135,7 +148,7 @@ TEST_F(GstGaplessTest, TracksJoinWithoutALostOrAnAddedSample)
 
 TEST_F(GstPlayerTest, UnplayableUrisFailWithTheirCodeAndPlaybackGoesOn)
 {
-    const NotFoundServer server;
+    const LoopbackServer server;
     const QString garbage = m_dir.filePath("garbage.flac");
     ASSERT_TRUE(MediaFiles::writeGarbage(garbage));
     const QList<VexaRoles> tracks = {
@@ -158,6 +171,20 @@ TEST_F(GstPlayerTest, UnplayableUrisFailWithTheirCodeAndPlaybackGoesOn)
     const QVariantHash ended = status();
     EXPECT_EQ(ended.value("state"), "stopped");
     EXPECT_FALSE(ended.value("error").isValid());
+}
+
+TEST_F(GstPlayerTest, AStalledServerFailsItsTrackWithinTheBoundAndPlaybackGoesOn)
+{
+    const LoopbackServer server(LoopbackServer::Mode::Stall);
+    const QList<VexaRoles> tracks = {track("Stalled", 0, server.uri("slow.flac")), tone("Good", 200)};
+    QElapsedTimer elapsed;
+    elapsed.start();
+    ASSERT_FALSE(control(playControl(container(tracks), 0)).hasError());
+    ASSERT_TRUE(waitFor([&]() { return !logic()->eventsNamed("tryResumePlayback").isEmpty(); }, 15000));
+    EXPECT_LE(elapsed.elapsed(), qint64(GstPlayer::StartTimeoutMs) + 500);
+    EXPECT_EQ(failureCodes(), QList<int>{MediaError::Unreachable});
+    ASSERT_TRUE(waitForEvent("playbackEnded"));
+    EXPECT_EQ(logic()->eventsNamed("mediaPlaybackStarted").value(0).newRoles, tracks.last());
 }
 
 TEST_F(GstRealTimeTest, PauseResumeAndSeekFollowThePipeline)

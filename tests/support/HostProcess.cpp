@@ -73,6 +73,15 @@ bool HostProcess::stop()
     return clean;
 }
 
+void HostProcess::kill()
+{
+    if (!m_process)
+        return;
+    m_process->kill();
+    m_process->waitForFinished(5000);
+    m_process.reset();
+}
+
 bool HostProcess::restart(QString* error)
 {
     stop();

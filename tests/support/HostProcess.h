@@ -27,6 +27,8 @@ public:
     bool start(QString* error = nullptr);
     // SIGTERM, then waits for the exit; true when the host exited by itself with status 0.
     bool stop();
+    // SIGKILL, as a power cut would end it: nothing is closed or flushed.
+    void kill();
     // Stops and starts again on the same root and port.
     bool restart(QString* error = nullptr);
     bool isRunning() const;

@@ -38,22 +38,11 @@ const char* encoderOf(Format format)
     return "flacenc";
 }
 
-} // namespace
-
-bool writeTone(const QString& path, int ms, int frequency, Format format)
+// Runs a gst-launch pipeline to its end; false when it fails or takes over 30 s.
+bool runPipeline(const QString& description)
 {
     static std::once_flag once;
     std::call_once(once, []() { gst_init(nullptr, nullptr); });
-    // Buffers of 10 ms, so that the tone holds exactly the samples asked for.
-    const QString description =
-        QStringLiteral("audiotestsrc num-buffers=%1 samplesperbuffer=%2 freq=%3 volume=0.5 ! "
-                       "audio/x-raw,format=S16LE,rate=%4,channels=%5 ! %6 ! filesink location=\"%7\"")
-            .arg(ms / 10)
-            .arg(SampleRate / 100)
-            .arg(frequency)
-            .arg(SampleRate)
-            .arg(Channels)
-            .arg(QString::fromLatin1(encoderOf(format)), path);
     GError* error = nullptr;
     GstElement* pipeline = gst_parse_launch(description.toUtf8().constData(), &error);
     if (!pipeline) {
@@ -71,6 +60,28 @@ bool writeTone(const QString& path, int ms, int frequency, Format format)
     gst_element_set_state(pipeline, GST_STATE_NULL);
     gst_object_unref(pipeline);
     return done;
+}
+
+} // namespace
+
+bool writeTone(const QString& path, int ms, int frequency, Format format)
+{
+    // Buffers of 10 ms, so that the tone holds exactly the samples asked for.
+    const QString description =
+        QStringLiteral("audiotestsrc num-buffers=%1 samplesperbuffer=%2 freq=%3 volume=0.5 ! "
+                       "audio/x-raw,format=S16LE,rate=%4,channels=%5 ! %6 ! filesink location=\"%7\"")
+            .arg(ms / 10)
+            .arg(SampleRate / 100)
+            .arg(frequency)
+            .arg(SampleRate)
+            .arg(Channels)
+            .arg(QString::fromLatin1(encoderOf(format)), path);
+    return runPipeline(description);
+}
+
+bool plays(const QString& uri)
+{
+    return runPipeline(QStringLiteral("playbin uri=\"%1\" audio-sink=\"fakesink sync=false\"").arg(uri));
 }
 
 bool tag(const QString& path, const QHash<QString, QString>& tags, const QByteArray& picture)

@@ -22,6 +22,8 @@ enum class Format { Flac, Mp3, Vorbis, Opus, Wav };
 // Writes a sine tone of ms milliseconds (a multiple of 10), 16-bit stereo
 // at SampleRate, as FLAC (or format) to path; false when GStreamer could not.
 bool writeTone(const QString& path, int ms, int frequency = 440, Format format = Format::Flac);
+// Whether GStreamer plays uri through to its end.
+bool plays(const QString& uri);
 
 // Tags a written file with TagLib: TITLE, ARTIST, ALBUM, ALBUMARTIST, GENRE,
 // TRACKNUMBER, DISCNUMBER, DATE as given (others left as they are), and an

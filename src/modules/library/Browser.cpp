@@ -78,6 +78,23 @@ bool Browser::holds(const CMPath& path) const
     return listingOf(path).has_value();
 }
 
+std::optional<LibraryEntry> Browser::entryOf(const CMPath& path) const
+{
+    EntryKind kind;
+    qint64 id = 0;
+    if (!LibraryPaths::parse(path, &kind, &id))
+        return std::nullopt;
+    if (kind == EntryKind::Track)
+        return m_store->track(id);
+    LibraryEntry entry;
+    entry.kind = kind;
+    entry.id = id;
+    entry.title = m_store->nameOf(kind, id);
+    if (entry.title.isNull())
+        return std::nullopt;
+    return entry;
+}
+
 int Browser::count(const Listing& listing) const
 {
     int total = 0;

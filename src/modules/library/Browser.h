@@ -33,6 +33,9 @@ public:
     std::optional<Listing> listingOf(const CMPath& path) const;
     // Whether path names a list or a track the library holds.
     bool holds(const CMPath& path) const;
+    // The artist, album, genre, folder or track at path, as its row shows it;
+    // nothing when path names none.
+    std::optional<LibraryEntry> entryOf(const CMPath& path) const;
     int count(const Listing& listing) const;
     // Rows from..to (both included, already within the count).
     QList<LibraryEntry> page(const Listing& listing, int from, int to) const;

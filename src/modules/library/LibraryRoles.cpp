@@ -1,12 +1,12 @@
 #include "LibraryRoles.h"
 
 #include "Artwork.h"
+#include "FileNames.h"
 #include "LibraryPaths.h"
 
 #include "VexaJson.h"
 #include "VexaMediaData.h"
 
-#include <QUrl>
 
 namespace LibraryRoles {
 
@@ -18,7 +18,7 @@ VexaRoles trackRoles(const LibraryEntry& track)
     roles.setPath(LibraryPaths::of(EntryKind::Track, track.id));
     roles.setId(QString::number(track.id));
     VexaMediaResource resource;
-    resource.setUri(QString::fromLatin1(QUrl::fromLocalFile(track.file).toEncoded()));
+    resource.setUri(FileNames::uriOf(track.file));
     resource.setDuration(track.durationSeconds);
     if (!track.mimeType.isEmpty())
         resource.setMimeType(track.mimeType);

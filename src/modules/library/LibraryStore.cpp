@@ -1,5 +1,6 @@
 #include "LibraryStore.h"
 
+#include "FileNames.h"
 #include "LibraryLog.h"
 #include "SearchText.h"
 #include "Statement.h"
@@ -235,7 +236,7 @@ qint64 LibraryStore::folderOf(const QString& dir, const QString& root)
     QVariant parent;
     if (dir != root && dir.startsWith(root + QLatin1Char('/')))
         parent = folderOf(QFileInfo(dir).path(), root);
-    const QString name = dir == root ? dir : QFileInfo(dir).fileName();
+    const QString name = FileNames::display(dir == root ? dir : QFileInfo(dir).fileName());
     const qint64 id = idOf(m_st->findFolder, m_st->addFolder, {dir}, {parent, dir, name, SearchText::fold(name)});
     m_folders.insert(dir, id);
     return id;

@@ -2,6 +2,7 @@
 
 #include "Artwork.h"
 #include "Browser.h"
+#include "FileNames.h"
 #include "LibraryLog.h"
 #include "LibraryPaths.h"
 #include "LibraryRoles.h"
@@ -130,7 +131,9 @@ void LibraryWorker::watchFolders()
     const QStringList watched = m_watcher.directories();
     QStringList added;
     for (const QString& folder : wanted) {
-        if (!watched.contains(folder))
+        // Qt's watcher cannot name a folder whose name is not UTF-8: such a
+        // folder is read again on the next scan, not watched.
+        if (!watched.contains(folder) && FileNames::display(folder) == folder)
             added.append(folder);
     }
     if (added.isEmpty())
@@ -199,6 +202,19 @@ void LibraryWorker::getRows(const CMGetRowsRequest& request)
 void LibraryWorker::getData(const CMPath& path, const QStringList& roleNames, const CMReply<QVariant>& reply)
 {
     runOnThread([this, path, roleNames, reply]() {
+        // An entry answers the roles of its own row, not those of the list node that pages it.
+        if (const std::optional<LibraryEntry> entry = m_browser->entryOf(path)) {
+            const VexaRoles all = LibraryRoles::rowOf(*entry);
+            VexaRoles roles;
+            for (const QString& name : roleNames) {
+                if (name == QLatin1String("*"))
+                    roles = all;
+                else if (all.contains(name))
+                    roles.insert(name, all.value(name));
+            }
+            reply.setData(roles.toVariant());
+            return;
+        }
         CMNode* node = nodeFor(path);
         if (node && (nodes()->find(path) || m_browser->holds(path)))
             reply.setData(node->getDataRoles(roleNames, path.params()).toVariant());

@@ -1,20 +1,53 @@
 #include "Scanner.h"
 
 #include "Artwork.h"
+#include "FileNames.h"
 #include "LibraryLog.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+
 namespace {
 
 // Files that sit beside music and are not music: not read, not counted.
-bool isCompanion(const QFileInfo& info)
+bool isCompanion(const QByteArray& name)
 {
-    static const QSet<QString> suffixes = {"jpg", "jpeg", "png", "gif", "bmp", "webp", "txt", "nfo", "cue", "log",
-                                           "m3u", "m3u8", "pls", "db", "ini", "sqlite", "sqlite-wal", "sqlite-shm"};
-    return info.fileName().startsWith(QLatin1Char('.')) || suffixes.contains(info.suffix().toLower());
+    static const QSet<QByteArray> suffixes = {"jpg", "jpeg", "png", "gif", "bmp", "webp", "txt", "nfo", "cue", "log",
+                                              "m3u", "m3u8", "pls", "db", "ini", "sqlite", "sqlite-wal", "sqlite-shm"};
+    const int dot = name.lastIndexOf('.');
+    return dot >= 0 && suffixes.contains(name.mid(dot + 1).toLower());
+}
+
+// The names in dir, hidden ones left out; empty when it cannot be read.
+QList<QByteArray> namesIn(const QByteArray& dir)
+{
+    QList<QByteArray> names;
+    DIR* stream = ::opendir(dir.constData());
+    if (!stream)
+        return names;
+    while (const dirent* entry = ::readdir(stream)) {
+        if (entry->d_name[0] != '.')
+            names.append(QByteArray(entry->d_name));
+    }
+    ::closedir(stream);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+QString realPathOf(const QByteArray& path)
+{
+    char* real = ::realpath(path.constData(), nullptr);
+    const QString result = real ? FileNames::decode(real) : QString();
+    std::free(real);
+    return result;
 }
 
 } // namespace
@@ -72,18 +105,25 @@ void Scanner::start(const QString& folder)
 
 void Scanner::walk(const QString& dir, QSet<QString>* visited, QList<Found>* found) const
 {
+    // The folder is listed with the system's own calls: QDir leaves out
+    // names that are not UTF-8, and their music would be lost.
+    const QByteArray native = FileNames::encode(dir);
     // Symbolic links are followed, each real folder once: a loop ends where it began.
-    const QString real = QFileInfo(dir).canonicalFilePath();
+    const QString real = realPathOf(native);
     if (real.isEmpty() || visited->contains(real))
         return;
     visited->insert(real);
-    const QFileInfoList entries =
-        QDir(dir).entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QFileInfo& entry : entries) {
-        if (entry.isDir())
-            walk(entry.filePath(), visited, found);
-        else if (entry.isFile() && !isCompanion(entry))
-            found->append({entry.filePath(), {entry.size(), entry.lastModified().toMSecsSinceEpoch()}});
+    for (const QByteArray& name : namesIn(native)) {
+        const QByteArray path = native + '/' + name;
+        struct stat info;
+        if (::stat(path.constData(), &info) != 0)
+            continue;
+        if (S_ISDIR(info.st_mode)) {
+            walk(FileNames::decode(path), visited, found);
+        } else if (S_ISREG(info.st_mode) && !isCompanion(name)) {
+            const qint64 mtime = qint64(info.st_mtim.tv_sec) * 1000 + info.st_mtim.tv_nsec / 1000000;
+            found->append({FileNames::decode(path), {qint64(info.st_size), mtime}});
+        }
     }
 }
 
@@ -109,7 +149,7 @@ void Scanner::readFile(const Found& found)
     const std::optional<TrackTags> tags = TrackTags::read(found.file);
     if (!tags) {
         // Removed while the scan ran: it is gone, not broken.
-        if (!QFileInfo::exists(found.file)) {
+        if (::access(FileNames::encode(found.file).constData(), F_OK) != 0) {
             m_store->removeFile(found.file);
             return;
         }
@@ -132,8 +172,9 @@ void Scanner::runToEnd()
 
 void Scanner::on_turnTimer_timeout()
 {
-    if (!step(FilesPerTurn))
-        m_turnTimer.stop();
+    // A scan that ends stops the timer itself; the scan queued behind it has
+    // started it again by then, and it must keep running.
+    step(FilesPerTurn);
 }
 
 void Scanner::finish()

@@ -1,5 +1,6 @@
 #include "Statement.h"
 
+#include "FileNames.h"
 #include "LibraryLog.h"
 
 #include <sqlite3.h>
@@ -28,8 +29,9 @@ Statement& Statement::with(std::initializer_list<QVariant> values)
         if (value.isNull()) {
             sqlite3_bind_null(m_stmt, index);
         } else if (value.userType() == QMetaType::QString) {
-            const QByteArray utf8 = value.toString().toUtf8();
-            sqlite3_bind_text(m_stmt, index, utf8.constData(), utf8.size(), SQLITE_TRANSIENT);
+            // File names keep their bytes, whether UTF-8 or not.
+            const QByteArray text = FileNames::encode(value.toString());
+            sqlite3_bind_text(m_stmt, index, text.constData(), text.size(), SQLITE_TRANSIENT);
         } else {
             sqlite3_bind_int64(m_stmt, index, value.toLongLong());
         }
@@ -72,5 +74,5 @@ qint64 Statement::integer(int column) const
 QString Statement::text(int column) const
 {
     const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(m_stmt, column));
-    return data ? QString::fromUtf8(data, sqlite3_column_bytes(m_stmt, column)) : QString();
+    return data ? FileNames::decode(QByteArray::fromRawData(data, sqlite3_column_bytes(m_stmt, column))) : QString();
 }

@@ -1,6 +1,7 @@
 #include "TrackTags.h"
 
-#include <QFile>
+#include "FileNames.h"
+
 #include <QFileInfo>
 
 #include <attachedpictureframe.h>
@@ -94,7 +95,7 @@ void readKind(TagLib::File* file, TrackTags* tags)
 
 std::optional<TrackTags> TrackTags::read(const QString& path)
 {
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = FileNames::encode(path);
     TagLib::FileRef ref(name.constData(), true, TagLib::AudioProperties::Average);
     if (ref.isNull() || !ref.file()->isValid() || !ref.audioProperties()
         || ref.audioProperties()->lengthInMilliseconds() <= 0)
@@ -119,6 +120,6 @@ std::optional<TrackTags> TrackTags::read(const QString& path)
         tags.trackNumber = leadingNumber(properties, "TRACKNUMBER");
     readKind(ref.file(), &tags);
     if (tags.title.isEmpty())
-        tags.title = QFileInfo(path).completeBaseName();
+        tags.title = FileNames::display(QFileInfo(path).completeBaseName());
     return tags;
 }

@@ -50,8 +50,13 @@ TEST_F(LibraryBrowse, TheTreeListsInBrowseOrderAndPagesWithTheWholeCount)
     EXPECT_EQ(rows("library:/tracks", 4, 99).value("rows").toList().size(), 1);
 
     // Everything the Playlists module needs to store and play the track.
-    QVariantHash alpha = rowList(pathOf(zed, "Second Album")).first().toHash();
+    const QString second = pathOf(zed, "Second Album");
+    QVariantHash alpha = rowList(second).first().toHash();
     const QString id = alpha.value("id").toString();
+    // Data on an entry's path answers the roles of its row.
+    EXPECT_EQ(api().data("library:/track/" + id).json(), QVariant(alpha));
+    EXPECT_EQ(api().data("library:/track/" + id, "title,type").json(), QVariant(QVariantHash{{"title", "Alpha"}, {"type", "audio"}}));
+    EXPECT_EQ(api().data(second, "title,path").json(), QVariant(QVariantHash{{"title", "Second Album"}, {"path", second}}));
     EXPECT_TRUE(alpha.take("context").toHash().value("path").toString().startsWith("library:/menu?"));
     const QString uri = MediaFiles::uriOf(m_music.filePath("Zed/Second/b.mp3"));
     EXPECT_EQ(VexaJson::toJson(alpha).toStdString(),
@@ -76,6 +81,8 @@ TEST_F(LibraryBrowse, PathsThatNameNothingAnswerNothing)
 {
     EXPECT_EQ(api().rows("library:/album/99999").status, 404);
     EXPECT_EQ(api().rows("library:/album/x").status, 404);
+    EXPECT_EQ(api().data("library:/track/99999").status, 404);
+    EXPECT_EQ(api().data("library:/album/99999").status, 404);
     EXPECT_NE(api().rows("library:/../../etc").status, 200);
     EXPECT_EQ(api().rows("library:/menu?itemid=library:/track/99999").status, 404);
     const HttpReply prepared = api().setData("library:/prepare-items", QVariantList{"library:/track/99999", "library:/folder/-1", "/etc/passwd", 7});

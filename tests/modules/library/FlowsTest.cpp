@@ -116,6 +116,16 @@ TEST_F(LibraryHostTest, ArtworkIsScaledOnceAndServedByItsContentAddress)
     const QImage thumbnail = QImage::fromData(png.body);
     EXPECT_EQ(thumbnail.size(), QSize(300, 300));
     EXPECT_EQ(m_host.client().get(icons.at(1)).headers.value("content-type"), "image/jpeg");
+    // A client that holds the picture under its ETag is told so, without the picture.
+    const auto ifNoneMatch = [&](const QByteArray& tags) {
+        return m_host.client().raw("GET " + icons.at(0).toUtf8() + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n"
+                                   "If-None-Match: " + tags + "\r\n\r\n", 5000);
+    };
+    const HttpReply unchanged = ifNoneMatch("\"0\", W/" + png.headers.value("etag"));
+    EXPECT_EQ(unchanged.status, 304);
+    EXPECT_TRUE(unchanged.body.isEmpty());
+    EXPECT_EQ(unchanged.headers.value("etag"), png.headers.value("etag"));
+    EXPECT_EQ(ifNoneMatch("\"0\"").body, png.body);
 
     for (const char* bad : {"/files/library/..%2F..%2Fsettings.json", "/files/library/abc.gif", "/files/library/xyz.png",
                             "/files/library/abc", "/files/../data-rw/settings.json", "/files/library/0123.png"})

@@ -80,4 +80,87 @@ TEST_F(GstPlaybackApi, fiveUnplayableTracksAreSkippedAndTheSixthEndsPlayback)
     EXPECT_TRUE(m_host.log().contains("Track Missing5 fails")) << "the sixth was tried";
 }
 
+// The controls a person uses while a track plays, through the play logic
+// over HTTP in real time: the same flows drive either player.
+class PlayerControlsApi : public PlaylistsHostTest, public ::testing::WithParamInterface<const char*>
+{
+protected:
+    PlayerControlsApi()
+        : PlaylistsHostTest(gstreamer() ? QStringList{"--player", "gstreamer", "--audio-sink", "fakesink sync=true"}
+                                        : QStringList{"--time-scale", "1"})
+    {
+    }
+    static bool gstreamer() { return QLatin1String(GetParam()) == QLatin1String("gstreamer"); }
+
+    // A track of four seconds: shorter than the time ahead, so each is
+    // announced as the next one as soon as the one before starts.
+    QVariantHash track(const QString& title) const
+    {
+        if (!gstreamer())
+            return J::track(title, 4);
+        const QString path = m_media.filePath(title + ".flac");
+        EXPECT_TRUE(MediaFiles::writeTone(path, 4000));
+        return J::track(title, 0, MediaFiles::uriOf(path));
+    }
+    HttpReply control(const QString& name, const QVariantHash& arguments = {}) const
+    {
+        QVariantHash value = arguments;
+        value.insert("control", name);
+        return m_pl.set("player:/control", value);
+    }
+    HttpReply playMode(const QString& mode) const
+    {
+        return m_pl.set("player:/playMode", QVariantHash{{"type", "playerPlayMode"}, {"playerPlayMode", mode}});
+    }
+    // Waits until a track plays for which done(title, position) holds; false after ten seconds.
+    bool waitForPlaying(const std::function<bool(const QString&, qint64)>& done) const
+    {
+        return m_pl.api().waitForPlayer([&](const QVariantHash& status) {
+            const QVariantHash position = m_pl.api().data("player:/position", "value").json().toHash().value("value").toHash();
+            return status.value("state") == "playing"
+                && done(status.value("track").toHash().value("title").toString(), position.value("i64_").toLongLong());
+        });
+    }
+    bool plays(const QString& title) const
+    {
+        return waitForPlaying([&](const QString& playing, qint64) { return playing == title; });
+    }
+
+    QTemporaryDir m_media;
+};
+
+TEST_P(PlayerControlsApi, nextPreviousRepeatOneAndShuffle)
+{
+    ASSERT_TRUE(J::answeredTrue(
+        m_pl.command("add-external-items", QVariantHash{{"plid", 0}, {"mode", "now"}, {"items", QVariantList{track("A"), track("B"), track("C")}}})));
+    ASSERT_TRUE(plays("A"));
+    ASSERT_EQ(control("next").status, 200);
+    ASSERT_TRUE(plays("B"));
+    // Within the first seconds of a track "previous" goes back.
+    ASSERT_EQ(control("previous").status, 200);
+    ASSERT_TRUE(plays("A"));
+
+    // Repeat one: past its end the track starts again, in place of the next.
+    ASSERT_EQ(playMode("repeatOne").status, 200);
+    ASSERT_EQ(control("seek", {{"positionMs", 3700}}).status, 200);
+    EXPECT_TRUE(waitForPlaying([](const QString& title, qint64 position) { return title == "A" && position >= 3700; }));
+    EXPECT_TRUE(waitForPlaying([](const QString& title, qint64 position) { return title == "A" && position < 1000; }));
+
+    // Shuffle: "next" goes through the others in some order, each once.
+    ASSERT_EQ(playMode("shuffle").status, 200);
+    QStringList played{"A"};
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(control("next").status, 200);
+        ASSERT_TRUE(waitForPlaying([&](const QString& title, qint64) {
+            if (title.isEmpty() || played.contains(title))
+                return false;
+            played.append(title);
+            return true;
+        })) << played.join(' ').toStdString();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(BothPlayers, PlayerControlsApi, ::testing::Values("emulated", "gstreamer"),
+                         [](const ::testing::TestParamInfo<const char*>& info) { return std::string(info.param); });
+
 } // namespace
