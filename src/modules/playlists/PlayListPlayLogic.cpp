@@ -277,7 +277,6 @@ void PlayListPlayLogic::playInternal(const CMSetDataRequest& request, const Vexa
     m_repeatMode = RepeatNone;
     m_shuffleSeq.clear();
     m_shuffleCurIndex = -1;
-    m_shuffleAnnounced = false;
     m_nextTrackRoles = VexaRoles();
     m_errorCount = 0;
     m_nextMediaPrepared = false;
@@ -329,8 +328,6 @@ void PlayListPlayLogic::startPlayback(const CMPath& path, int index, CMSetDataRe
 void PlayListPlayLogic::nextInternal(const CMSetDataRequest& request)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
-    // In shuffle, "next" plays the entry that was announced, not the one after it.
-    withdrawShuffleAnnouncement();
     const VexaRoles track = getNextTrack();
     if (track.isEmpty()) {
         LOG4CPLUS_DEBUG(logger(), "Reached last item of playlist for nextInternal");
@@ -344,7 +341,6 @@ void PlayListPlayLogic::nextInternal(const CMSetDataRequest& request)
 void PlayListPlayLogic::previousInternal(const CMSetDataRequest& request)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
-    withdrawShuffleAnnouncement();
     // Late in a track "previous" restarts it; the limit itself still goes back.
     const VexaRoles track =
         playTime() <= qint64(VexaPreviousTrackTimeLimit()) ? getPreviousTrack() : getCurrentTrack();
@@ -367,11 +363,7 @@ void PlayListPlayLogic::stopInternal(const CMSetDataRequest& request)
 void PlayListPlayLogic::prepareNextMedia()
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
-    // Announced again (after a change of mode, say), the next entry is
-    // counted from the playing one, not from the one announced before.
-    withdrawShuffleAnnouncement();
     const VexaRoles next = m_repeatMode == RepeatOne ? getCurrentTrack() : getNextTrack();
-    m_shuffleAnnounced = m_shuffleEnabled && m_repeatMode != RepeatOne && !next.isEmpty();
     if (!next.isEmpty()) {
         m_nextTrackRoles = next;
         sendSetNextMediaCommand(next, QHash<QString, QVariant>());
@@ -429,17 +421,7 @@ void PlayListPlayLogic::takeAnnouncedNext()
     if (m_currentPlayList && carriesSequenceNumber(m_nextTrackRoles)) {
         m_currentPlayList->setLastSequenceNumber(m_nextTrackRoles.value().i32());
         m_nextTrackRoles = VexaRoles();
-        m_shuffleAnnounced = false;
     }
-}
-
-void PlayListPlayLogic::withdrawShuffleAnnouncement()
-{
-    // After a new pass was drawn for the announcement the cursor goes to -1:
-    // the next step draws again, a step back wraps to the end.
-    if (m_shuffleAnnounced)
-        --m_shuffleCurIndex;
-    m_shuffleAnnounced = false;
 }
 
 VexaPlayLogicPlayModesSupported PlayListPlayLogic::playModesSupported()

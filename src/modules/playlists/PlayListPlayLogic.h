@@ -78,9 +78,6 @@ public slots:
 private:
     // The play position follows the announced next entry once it started.
     void takeAnnouncedNext();
-    // Puts the shuffle order's cursor back on the playing entry when an
-    // announcement moved it on to the next one.
-    void withdrawShuffleAnnouncement();
     // The shuffle order follows the list's changes.
     void shuffleItemsRemoved(const QList<int>& indices);
     void shuffleItemMoved(int from, int to);
@@ -94,8 +91,6 @@ private:
     RepeatMode m_repeatMode = RepeatNone;
     QVector<int> m_shuffleSeq;
     int m_shuffleCurIndex = -1;
-    // The cursor stands on the announced next entry, one past the playing one.
-    bool m_shuffleAnnounced = false;
     VexaRoles m_nextTrackRoles;
     int m_errorCount = 0;
     bool m_nextMediaPrepared = false;

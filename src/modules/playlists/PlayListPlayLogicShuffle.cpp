@@ -24,7 +24,6 @@ void PlayListPlayLogic::setShuffleEnabled(bool enabled)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "enabled=" << boolText(enabled));
     m_shuffleEnabled = enabled;
-    m_shuffleAnnounced = false;
     if (!m_currentPlayList)
         return;
     m_currentPlayList->setShuffle(enabled);
@@ -35,7 +34,6 @@ void PlayListPlayLogic::setShuffleEnabled(bool enabled)
 void PlayListPlayLogic::initShuffle(int startItem)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "startItem: " << startItem);
-    m_shuffleAnnounced = false;
     if (!m_currentPlayList) {
         m_shuffleSeq.clear();
         m_shuffleCurIndex = -1;
@@ -85,8 +83,7 @@ int PlayListPlayLogic::getNextShuffleItem()
     int result = -1;
     if (m_shuffleSeq.isEmpty()) {
         LOG4CPLUS_TRACE(logger(), "error: m_shuffleSeq.size: " << m_shuffleSeq.size());
-    } else if (m_shuffleCurIndex >= -1 && m_shuffleCurIndex + 1 < m_shuffleSeq.size()) {
-        // From -1 (before the first entry of a pass) the pass begins.
+    } else if (m_shuffleCurIndex >= 0 && m_shuffleCurIndex + 1 < m_shuffleSeq.size()) {
         result = m_shuffleSeq.at(++m_shuffleCurIndex);
     } else if (m_repeatMode == RepeatAll) {
         // A new pass gets a new order.

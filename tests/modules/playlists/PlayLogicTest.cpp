@@ -493,27 +493,6 @@ TEST_F(PlayLogicShuffle, listChangesKeepTheOrderOfTheEntriesThatStay)
     EXPECT_EQ(pl->getItems(next, next).value(0).title(), following);
 }
 
-// An announcement moves the order on to the next entry; announcing again,
-// "next" and "previous" still count from the playing one.
-TEST_F(PlayLogicShuffle, nextAndPreviousAfterAnAnnouncementCountFromThePlayingEntry)
-{
-    PlayListBase* pl = list(5, true, false, 2);
-    start(pl, 2);
-    const QVector<int> order = m_logic.shuffleSequence();
-    started(m_player.callsOf(QString("play")).last().roles);
-    m_logic.prepareNextMedia();
-    changeMode(VexaPlayerPlayMode::Shuffle);
-    EXPECT_EQ(sent(QString("setNextMedia")), QList<int>({order[1], order[1]}));
-    const CMSetDataRequest request(VexaPlayListsPlayLogicPath(), QVariant());
-    m_logic.nextInternal(request);
-    EXPECT_EQ(lastSent("play"), order[1]);
-    started(m_player.callsOf(QString("play")).last().roles);
-    m_logic.prepareNextMedia();
-    EXPECT_EQ(lastSent("setNextMedia"), order[2]);
-    m_logic.previousInternal(request);
-    EXPECT_EQ(lastSent("play"), order[0]);
-}
-
 TEST_F(PlayLogicShuffle, startingAListTakesItsFlagsAndShufflesFromItsStoredPosition)
 {
     PlayListBase* pl = list(5, true, true, 4);
