@@ -25,7 +25,9 @@ const char* encoderOf(Format format)
 {
     switch (format) {
     case Format::Mp3:
-        return "lamemp3enc ! id3v2mux";
+        // Constant bitrate: without a Xing header, readers take a VBR file's
+        // length from its first frame.
+        return "lamemp3enc target=bitrate cbr=true bitrate=128 ! id3v2mux";
     case Format::Vorbis:
         return "audioconvert ! vorbisenc ! oggmux";
     case Format::Opus:
