@@ -1,4 +1,4 @@
-#include "LibraryNode.h"
+#include "ui/LibraryNode.h"
 
 #include "CMGlobal.h"
 #include "VexaRowsRoles.h"

@@ -1,4 +1,4 @@
-#include "ListNode.h"
+#include "ui/ListNode.h"
 
 #include "Browser.h"
 #include "LibraryRoles.h"

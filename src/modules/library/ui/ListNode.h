@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibraryNode.h"
+#include "ui/LibraryNode.h"
 
 // Every list of the library below the root: artists, albums, genres,
 // folders, all tracks, search results and each container's content, paged

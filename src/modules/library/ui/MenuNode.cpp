@@ -1,4 +1,4 @@
-#include "MenuNode.h"
+#include "ui/MenuNode.h"
 
 #include "Browser.h"
 #include "LibraryPaths.h"

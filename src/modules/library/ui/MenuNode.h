@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibraryNode.h"
+#include "ui/LibraryNode.h"
 
 // library:/menu?itemid=PATH&title=TITLE: the menu of a track or a container,
 // whose entries open the Playlists module's choosers for PATH.

@@ -1,4 +1,4 @@
-#include "RootNode.h"
+#include "ui/RootNode.h"
 
 #include "Browser.h"
 #include "LibraryPaths.h"

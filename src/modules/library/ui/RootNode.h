@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibraryNode.h"
+#include "ui/LibraryNode.h"
 
 // library:/root: the ways into the library, and the search input.
 class RootNode : public LibraryNode

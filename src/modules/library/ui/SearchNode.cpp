@@ -1,4 +1,4 @@
-#include "SearchNode.h"
+#include "ui/SearchNode.h"
 
 #include "LibraryPaths.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ListNode.h"
+#include "ui/ListNode.h"
 
 // library:/search: its rows are the results of ?q=TEXT; setting a text (the
 // root's search input) answers the path of its results.
