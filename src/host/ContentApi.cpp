@@ -23,6 +23,14 @@ bool readRow(const QString& text, int* row, QString* error)
     return true;
 }
 
+// The request's "path" argument; a missing one reads as an error.
+bool readPathArgument(const ApiRequest& request, CMPath* path, QString* error)
+{
+    const QVariant argument =
+        request.hasArgument(QStringLiteral("path")) ? QVariant(request.argument(QStringLiteral("path"))) : QVariant();
+    return ApiInput::readPath(argument, path, error);
+}
+
 } // namespace
 
 ContentApi::ContentApi(CMRootWorker* root) : m_root(root) {}
@@ -31,9 +39,7 @@ ApiResult ContentApi::rows(const ApiRequest& request)
 {
     QString error;
     CMPath path;
-    const QVariant pathArg = request.hasArgument(QStringLiteral("path")) ? QVariant(request.argument(QStringLiteral("path")))
-                                                                         : QVariant();
-    if (!ApiInput::readPath(pathArg, &path, &error))
+    if (!readPathArgument(request, &path, &error))
         return ApiResult::ready(ApiResponse::badRequest(error));
     // Any whole numbers pass: the nodes clamp the range to their rows. The
     // host only bounds how many rows one page may carry, counted from where
@@ -63,9 +69,7 @@ ApiResult ContentApi::data(const ApiRequest& request)
 {
     QString error;
     CMPath path;
-    const QVariant pathArg = request.hasArgument(QStringLiteral("path")) ? QVariant(request.argument(QStringLiteral("path")))
-                                                                         : QVariant();
-    if (!ApiInput::readPath(pathArg, &path, &error))
+    if (!readPathArgument(request, &path, &error))
         return ApiResult::ready(ApiResponse::badRequest(error));
     const QStringList roles = ApiInput::readRoles(request.argument(QStringLiteral("roles")));
 
