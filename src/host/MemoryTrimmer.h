@@ -16,6 +16,7 @@ class MemoryTrimmer : public QObject
 public:
     static constexpr int CheckMs = 1000;
     static constexpr std::size_t SlackBytes = 4 * 1024 * 1024;
+    static constexpr std::size_t MmapThresholdBytes = 32 * 1024 * 1024;
 
     explicit MemoryTrimmer(QObject* parent = nullptr);
 
