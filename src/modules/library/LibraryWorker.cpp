@@ -128,7 +128,8 @@ void LibraryWorker::watchFolders()
     }
     if (!gone.isEmpty())
         m_watcher.removePaths(gone);
-    const QStringList watched = m_watcher.directories();
+    const QStringList watchedList = m_watcher.directories();
+    const QSet<QString> watched(watchedList.cbegin(), watchedList.cend());
     QStringList added;
     for (const QString& folder : wanted) {
         // Qt's watcher cannot name a folder whose name is not UTF-8: such a

@@ -184,9 +184,9 @@ void Scanner::finish()
     m_artwork->forgetFolders();
     m_todo.clear();
     m_progress.scanning = false;
+    report(true);
     LOG4CPLUS_INFO(libraryLogger(), "Scan of " << m_root << " done: " << m_progress.tracks << " tracks, "
                                                << m_progress.skipped << " skipped");
-    report(true);
     emit finished();
     if (!m_queued.isEmpty()) {
         const QString next = m_queued;
