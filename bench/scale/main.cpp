@@ -11,8 +11,9 @@
 #include "BenchHost.h"
 #include "FloorStore.h"
 
+#include <VexaJson.h>
+
 #include <QCoreApplication>
-#include <QJsonDocument>
 
 #include <algorithm>
 #include <atomic>
@@ -134,7 +135,9 @@ int ScaleRun::createPlayList(const QByteArray& name)
 {
     QByteArray answer;
     m_host.post(*m_connection, "playlists:/create-playlist", "{\"name\":\"" + name + "\"}", &answer);
-    return QJsonDocument::fromJson(answer).object().value("result").toObject().value("value").toObject().value("i32_").toInt(-1);
+    QString error;
+    const QVariant reply = VexaJson::parse(answer, &error);
+    return reply.toHash().value("result").toHash().value("value").toHash().value("i32_", -1).toInt();
 }
 
 QByteArray ScaleRun::pageTarget(int from) const

@@ -1,7 +1,6 @@
 #include "BenchHost.h"
 
 #include <QFile>
-#include <QJsonDocument>
 
 #include <chrono>
 #include <cstdio>
@@ -36,10 +35,4 @@ int BenchHost::post(BenchConnection& connection, const QByteArray& path, const Q
     QByteArray ignored;
     const QByteArray body = "{\"path\":\"" + path + "\",\"value\":" + valueJson + '}';
     return connection.request("POST", "/api/v1/data", body, answer ? answer : &ignored);
-}
-
-int BenchHost::post(BenchConnection& connection, const QByteArray& path, const QJsonObject& value,
-                    QByteArray* answer) const
-{
-    return post(connection, path, QJsonDocument(value).toJson(QJsonDocument::Compact), answer);
 }

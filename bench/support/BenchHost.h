@@ -3,7 +3,6 @@
 #include "BenchConnection.h"
 #include "HostProcess.h"
 
-#include <QJsonObject>
 #include <QStringList>
 
 // The real vexa-host with the playlists module alone, on a temporary root
@@ -29,8 +28,6 @@ public:
 
     // POST /api/v1/data {"path": path, "value": value}; the HTTP status.
     int post(BenchConnection& connection, const QByteArray& path, const QByteArray& valueJson,
-             QByteArray* answer = nullptr) const;
-    int post(BenchConnection& connection, const QByteArray& path, const QJsonObject& value,
              QByteArray* answer = nullptr) const;
 
 private:
