@@ -70,6 +70,8 @@ public:
     int addItemsFromAllReplays(const ReqGroupProperties& properties, CMRequestGroup* group, QString* msg);
     int addItemsToPlaylist(PlayListBase* playlist, const QList<VexaPlayListItem>& items,
                            VexaPlayListAddPosition::Enum position, QString* msg);
+    // Adds the whole source playlist to the command's target in the store; as addItemsToPlaylist.
+    int addWholePlayList(const ReqGroupProperties& properties, PlayListBase* source, QString* msg);
     bool plAddExternalItems(CMSetDataRequest request, QString& msg);
     void plPrepareItems(CMSetDataRequest request);
     QVariantList preparePlaylistItems(const QStringList& paths);
@@ -117,6 +119,13 @@ private:
     bool changeCollectionMember(const MemberCommand& command, const CMSetDataRequest& request, QString& msg);
     // The sequence number of the first of added entries just added to playlist with position "now".
     int firstAddedNow(const PlayListBase* playlist, int added) const;
+    // The end of every add-items command: the source of a whole playlist goes,
+    // "now" starts the first new entry, and the command is answered.
+    void finishAddItems(const ReqGroupProperties& properties, int result, const QString& addMsg);
+    // The target playlist plid, or null with the text that says it is gone in msg.
+    PlayListBase* findAddTarget(int plid, QString* msg);
+    // What an add of items reports: the count added, or that the limit was reached.
+    QString addedItemsMessage(int res);
 
     // Kept on purpose: the worker that owns this controller, unread today.
     PlayListWorker* m_worker;

@@ -74,13 +74,14 @@ void Controller::plAddItems(CMSetDataRequest request)
     properties.fromPlid = record.fromPlid();
     properties.request = request;
     QList<CMPath> paths = record.items();
+    PlayListBase* source = nullptr;
     QString msg;
 
     if (paths.isEmpty()) {
         LOG4CPLUS_TRACE(logger(), QStringLiteral("adding whole playlist (id: %1) to playlist (id: %2)")
                                       .arg(properties.fromPlid)
                                       .arg(properties.plid));
-        PlayListBase* source = m_manager->getPlayListByUid(properties.fromPlid);
+        source = m_manager->getPlayListByUid(properties.fromPlid);
         if (!checkPlayList(source, properties.fromPlid, prefix, msg)) {
             setReply(request, false, msg);
             return;
@@ -92,8 +93,6 @@ void Controller::plAddItems(CMSetDataRequest request)
             setReply(request, false, msg);
             return;
         }
-        for (const VexaPlayListItem& item : source->getItems(0, source->getSize()))
-            paths.append(VexaPlayListItemPath().appended(QString::number(item.uid())));
         properties.wholePlaylist = true;
     }
     properties.position = readPosition(record.mode());
@@ -101,10 +100,19 @@ void Controller::plAddItems(CMSetDataRequest request)
         setReply(request, false, msg);
         return;
     }
-    if (paths.isEmpty()) {
+    if (properties.wholePlaylist ? source->getSize() == 0 : paths.isEmpty()) {
         msg = buildErrMsg(prefix, VEXA_TR("Please select one or more items to add."), QString());
         LOG4CPLUS_ERROR(logger(), "There isn't any items to add to playlist id: " << properties.plid);
         setReply(request, false, msg);
+        return;
+    }
+    if (properties.wholePlaylist) {
+        // The store moves (from the play queue: copies) all entries at once
+        // instead of this module preparing every item of its own and adding
+        // it again: the same list in a few statements where a large one would
+        // take seconds. Each entry passed the add checks when it arrived.
+        QString addMsg;
+        finishAddItems(properties, addWholePlayList(properties, source, &addMsg), addMsg);
         return;
     }
     QStringList texts;
@@ -142,10 +150,16 @@ void Controller::on_prepareItemsGroup_finished()
     if (!m_ReqGroupPropertiesHash.contains(group))
         PlayListsLog::fatalStop(logger(), QStringLiteral("Called without request group stored in m_ReqGroupPropertiesHash"));
     const ReqGroupProperties properties = m_ReqGroupPropertiesHash.take(group);
-    const QString prefix = VEXA_TR("Could not add items to playlist.");
-
     QString addMsg;
-    const int added = qMax(0, addItemsFromAllReplays(properties, group, &addMsg));
+    const int added = addItemsFromAllReplays(properties, group, &addMsg);
+    finishAddItems(properties, added, addMsg);
+    group->deleteLater();
+}
+
+void Controller::finishAddItems(const ReqGroupProperties& properties, int result, const QString& addMsg)
+{
+    const QString prefix = VEXA_TR("Could not add items to playlist.");
+    const int added = qMax(0, result);
     LOG4CPLUS_TRACE(logger(), "numItemsAdded: " << added << " addItemsResMsg: " << addMsg);
     // Adding a whole playlist moves its items: the source goes once anything
     // arrived. The play queue cannot go, so merging it into a playlist copies.
@@ -180,7 +194,6 @@ void Controller::on_prepareItemsGroup_finished()
     }
     setReply(properties.request, ok, msg);
     LOG4CPLUS_INFO(logger(), "Add items finished, num added: " << added);
-    group->deleteLater();
 }
 
 int Controller::addItemsFromAllReplays(const ReqGroupProperties& properties, CMRequestGroup* group, QString* msg)
@@ -197,13 +210,40 @@ int Controller::addItemsFromAllReplays(const ReqGroupProperties& properties, CMR
         for (const QVariant& item : reply.data().toList())
             allItems.append(VexaPlayListItem::fromHash(item.toHash()));
     }
-    PlayListBase* playlist = m_manager->getPlayListByUid(properties.plid);
-    if (!playlist) {
-        LOG4CPLUS_TRACE(logger(), "Cannot find playlist with plid: " << properties.plid);
-        *msg = VEXA_TR("There is no playlist with this ID.") + QStringLiteral(" (%1)").arg(properties.plid);
+    PlayListBase* playlist = findAddTarget(properties.plid, msg);
+    return playlist ? addItemsToPlaylist(playlist, allItems, properties.position, msg) : -1;
+}
+
+int Controller::addWholePlayList(const ReqGroupProperties& properties, PlayListBase* source, QString* msg)
+{
+    VEXA_LOG_ENTER(TRACE, logger(), "");
+    PlayListBase* playlist = findAddTarget(properties.plid, msg);
+    if (!playlist)
         return -1;
+    // The play queue cannot go, so merging it into a playlist copies.
+    const int res = playlist->addItemsOf(properties.position, source, properties.fromPlid != 0);
+    *msg = addedItemsMessage(res);
+    return res;
+}
+
+PlayListBase* Controller::findAddTarget(int plid, QString* msg)
+{
+    PlayListBase* playlist = m_manager->getPlayListByUid(plid);
+    if (!playlist) {
+        LOG4CPLUS_TRACE(logger(), "Cannot find playlist with plid: " << plid);
+        *msg = VEXA_TR("There is no playlist with this ID.") + QStringLiteral(" (%1)").arg(plid);
     }
-    return addItemsToPlaylist(playlist, allItems, properties.position, msg);
+    return playlist;
+}
+
+QString Controller::addedItemsMessage(int res)
+{
+    if (res < 0) {
+        return QStringLiteral("%1 %2").arg(VEXA_TR("Unable to add more items to the playlist."),
+                                           VEXA_TR("Items reached limit."));
+    }
+    LOG4CPLUS_TRACE(logger(), "added " << res << " items");
+    return VEXA_TR("%1 items added.").arg(res);
 }
 
 int Controller::addItemsToPlaylist(PlayListBase* playlist, const QList<VexaPlayListItem>& items,
@@ -233,13 +273,7 @@ int Controller::addItemsToPlaylist(PlayListBase* playlist, const QList<VexaPlayL
     }
     const int res = playlist->addItems(position, accepted);
     LOG4CPLUS_TRACE(logger(), "addItems() res: " << res);
-    if (res < 0) {
-        *msg = QStringLiteral("%1 %2").arg(VEXA_TR("Unable to add more items to the playlist."),
-                                           VEXA_TR("Items reached limit."));
-    } else {
-        *msg = VEXA_TR("%1 items added.").arg(res);
-        LOG4CPLUS_TRACE(logger(), "added " << res << " items");
-    }
+    *msg = addedItemsMessage(res);
     LOG4CPLUS_TRACE(logger(), "Leave");
     return res;
 }

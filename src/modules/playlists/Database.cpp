@@ -174,6 +174,14 @@ void Database::prepareStatements()
                                                         QStringLiteral("countPlaylistItems"));
     m_countCollectionsStmt = Sqlite3Statement::create(m_db, QStringLiteral("SELECT Count(*) FROM collections"),
                                                       QStringLiteral("countCollections"));
+    m_moveEntriesStmt = Sqlite3Statement::create(m_db, QStringLiteral("UPDATE playlists_items SET playlist = ?1, sequenceNumber = sequenceNumber + ?2 WHERE playlist = ?3 AND sequenceNumber < ?4"),
+                                                 QStringLiteral("moveEntries"));
+    m_lastItemUidStmt = Sqlite3Statement::create(m_db, QStringLiteral("SELECT COALESCE(MAX(uid), 0) FROM items"),
+                                                 QStringLiteral("lastItemUid"));
+    m_copyItemsStmt = Sqlite3Statement::create(m_db, QStringLiteral("INSERT INTO items(title, artist, album, artworkUrl, genre, durationSeconds, url, serviceId, vexaRoles) SELECT i.title, i.artist, i.album, i.artworkUrl, i.genre, i.durationSeconds, i.url, i.serviceId, i.vexaRoles FROM playlists_items pi JOIN items i ON i.uid = pi.item WHERE pi.playlist = ?1 AND pi.sequenceNumber < ?2 ORDER BY pi.sequenceNumber"),
+                                               QStringLiteral("copyItems"));
+    m_linkCopiedItemsStmt = Sqlite3Statement::create(m_db, QStringLiteral("INSERT INTO playlists_items(playlist, item, sequenceNumber) SELECT ?1, uid, ?2 + ROW_NUMBER() OVER (ORDER BY uid) - 1 FROM items WHERE uid > ?3"),
+                                                     QStringLiteral("linkCopiedItems"));
     LOG4CPLUS_TRACE(logger, "PlayList statements prepared");
 }
 

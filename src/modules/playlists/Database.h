@@ -66,6 +66,14 @@ public:
                  const QList<VexaPlayListItem>& items, int* added);
     bool addItemsFromSequenceNumber(const PlayListRecord& record, const int& first,
                                     const QList<VexaPlayListItem>& items);
+    // How many of count new entries the item limit lets in.
+    int itemsWithinLimit(int count);
+    // Adds the entries of source to record at position, as addItems would add
+    // their items, within the item limit, in a few statements whatever their
+    // number. With move the entries leave source and keep their items;
+    // otherwise each gets a copy of its item. Results as addItems.
+    int addItemsOf(const PlayListRecord& record, const PlayListRecord& source, VexaPlayListAddPosition::Enum position,
+                   bool move, int* added);
     // Adds delta to the sequence numbers from..to of a playlist, in one statement.
     bool shiftSequenceNumbers(const PlayListRecord& record, int from, int to, int delta);
     bool offsetItemsFromTransaction(const PlayListRecord& record, int from, int offset);
@@ -113,4 +121,8 @@ private:
     Sqlite3Statement* m_countPlaylistsStmt = nullptr;
     Sqlite3Statement* m_countPlaylistItemsStmt = nullptr;
     Sqlite3Statement* m_countCollectionsStmt = nullptr;
+    Sqlite3Statement* m_moveEntriesStmt = nullptr;
+    Sqlite3Statement* m_lastItemUidStmt = nullptr;
+    Sqlite3Statement* m_copyItemsStmt = nullptr;
+    Sqlite3Statement* m_linkCopiedItemsStmt = nullptr;
 };

@@ -119,21 +119,9 @@ int Database::addItems(const PlayListRecord& record, VexaPlayListAddPosition::En
                                        << " items.size(): " << items.size());
     printItems(record);
 
-    const int dbItemsCount = countPlaylistsItems();
-    // The limit truncates the request to the room that is left. A negative
-    // room (the limit was lowered below what is stored) takes the whole list,
-    // as a slice with a negative length does; a limit of 0 means none.
-    QList<VexaPlayListItem> toAdd = items;
-    if (m_itemsLimit != 0) {
-        const int room = m_itemsLimit - dbItemsCount;
-        if (room >= 0)
-            toAdd = items.mid(0, room);
-    }
+    const QList<VexaPlayListItem> toAdd = items.mid(0, itemsWithinLimit(items.size()));
     if (added)
         *added = toAdd.size();
-    LOG4CPLUS_TRACE(logger, "dbItemsCount: " << dbItemsCount << ", addedItemsCount: " << toAdd.size()
-                                             << ", limit: " << m_itemsLimit);
-
     if (toAdd.isEmpty()) {
         LOG4CPLUS_ERROR(logger, "Error adding playlist items: database reached limit!");
         return -2;
@@ -155,6 +143,19 @@ int Database::addItems(const PlayListRecord& record, VexaPlayListAddPosition::En
 
     LOG4CPLUS_ERROR(logger, "Error adding items to list");
     return -1;
+}
+
+int Database::itemsWithinLimit(int count)
+{
+    const int dbItemsCount = countPlaylistsItems();
+    // The limit truncates the request to the room that is left. A negative
+    // room (the limit was lowered below what is stored) takes the whole list,
+    // as a slice with a negative length does; a limit of 0 means none.
+    const int room = m_itemsLimit - dbItemsCount;
+    const int within = m_itemsLimit != 0 && room >= 0 ? qMin(count, room) : count;
+    LOG4CPLUS_TRACE(PlayListsLog::logger(), "dbItemsCount: " << dbItemsCount << ", addedItemsCount: " << within
+                                                             << ", limit: " << m_itemsLimit);
+    return within;
 }
 
 bool Database::addItemsFromSequenceNumber(const PlayListRecord& record, const int& first,

@@ -189,6 +189,26 @@ int PlayList::addItems(VexaPlayListAddPosition::Enum position, const QList<VexaP
     return added;
 }
 
+int PlayList::addItemsOf(VexaPlayListAddPosition::Enum position, PlayListBase* source, bool move)
+{
+    VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "position=" << VexaPlayListAddPosition::toString(position)
+                                                              << " source=" << source->getUid() << " move=" << move);
+    auto* from = qobject_cast<PlayList*>(source);
+    if (!from || from == this)
+        return -1;
+    QMutexLocker lock(&m_mutex);
+    QMutexLocker sourceLock(&from->m_mutex);
+    int added = 0;
+    const int first = m_db->addItemsOf(*m_record, *from->m_record, position, move, &added);
+    if (first < 0)
+        return -1;
+    m_record->size += added;
+    if (move)
+        from->m_record->size -= added;
+    emit itemsAdded(VexaPlayListAddPosition::toString(position), first, added);
+    return added;
+}
+
 bool PlayList::clearItems()
 {
     VEXA_LOG_ENTER(TRACE, PlayListsLog::logger(), "");

@@ -39,6 +39,7 @@ public:
     bool moveItem(int from, int to) override;
     bool moveItems(QList<int> indices, int to) override;
     int addItems(VexaPlayListAddPosition::Enum position, const QList<VexaPlayListItem>& items) override;
+    int addItemsOf(VexaPlayListAddPosition::Enum position, PlayListBase* source, bool move) override;
     bool clearItems() override;
     bool remove() override;
     VexaRoles itemToVexaRoles(const VexaPlayListItem& item) const override;

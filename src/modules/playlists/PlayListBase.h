@@ -33,6 +33,10 @@ public:
     virtual bool moveItem(int from, int to) = 0;
     virtual bool moveItems(QList<int> indices, int to) = 0;
     virtual int addItems(VexaPlayListAddPosition::Enum position, const QList<VexaPlayListItem>& items) = 0;
+    // Adds the entries of source at position, as addItems adds items, and
+    // returns the same. With move the entries leave source, which is then to
+    // be deleted: its watchers are not told of the entries that left.
+    virtual int addItemsOf(VexaPlayListAddPosition::Enum position, PlayListBase* source, bool move) = 0;
     virtual bool clearItems() = 0;
     virtual bool remove() = 0;
     virtual VexaRoles itemToVexaRoles(const VexaPlayListItem& item) const = 0;

@@ -113,23 +113,31 @@ TEST_F(PlaybackApi, onlyTitledAudioTracksWithSomethingToPlayGoIn)
     EXPECT_EQ(column(kQueue), QStringList({"Pre", "Ok"}));
 }
 
-TEST_F(PlaybackApi, addingAWholePlaylistMovesItsItemsAndDeletesIt)
+TEST_F(PlaybackApi, addingAWholePlaylistMovesItsItemsAndDeletesItButCopiesTheQueue)
 {
     const int source = m_pl.createPlaylist("Source");
     const int target = m_pl.createPlaylist("Target");
     ASSERT_EQ(add(source, "append", {J::track("S0"), J::track("S1")}).status, 200);
     ASSERT_EQ(add(target, "append", {J::track("T0")}).status, 200);
+    ASSERT_EQ(add(0, "now", {J::track("A", 3600), J::track("B", 3600)}).status, 200);
+    ASSERT_TRUE(waitForTitle("A"));
     const QString targetTracks = QString("playlists:/tracks/%1").arg(target);
-    const auto whole = [&](int from) { return m_pl.command("add-items", QVariantHash{{"plid", target}, {"fromPlid", from}, {"items", QVariantList()}}); };
+    const auto whole = [&](int from, int to, const QString& mode) {
+        return m_pl.command("add-items", QVariantHash{{"plid", to}, {"fromPlid", from}, {"mode", mode}, {"items", QVariantList()}});
+    };
 
-    EXPECT_TRUE(J::answeredTrue(whole(source)));
-    EXPECT_EQ(column(targetTracks), QStringList({"T0", "S0", "S1"}));
+    // Behind the playing entry, and the emptied source goes.
+    EXPECT_TRUE(J::answeredTrue(whole(source, 0, "next")));
+    EXPECT_EQ(column(kQueue), QStringList({"A", "S0", "S1", "B"}));
     EXPECT_FALSE(column("playlists:/lists").contains("Source"));
+    EXPECT_TRUE(J::answeredTrue(whole(0, target, "append")));
+    EXPECT_EQ(column(targetTracks), QStringList({"T0", "A", "S0", "S1", "B"}));
+    EXPECT_EQ(column(kQueue), QStringList({"A", "S0", "S1", "B"}));
     // Into itself: refused, and the list stays as it was.
-    const HttpReply itself = whole(target);
+    const HttpReply itself = whole(target, target, "append");
     EXPECT_EQ(itself.status, 422);
     EXPECT_EQ(itself.errorMessage(), "Could not add items to playlist. Cannot add a playlist to itself.");
-    EXPECT_EQ(column(targetTracks), QStringList({"T0", "S0", "S1"}));
+    EXPECT_EQ(column(targetTracks), QStringList({"T0", "A", "S0", "S1", "B"}));
 }
 
 // Large lists move in blocks: merged, cleared and deleted, the store keeps
@@ -154,6 +162,10 @@ TEST_F(PlaybackApi, mergingClearingAndDeletingLargeListsKeepTheStoreWhole)
     EXPECT_EQ(joint, QStringList({"Q298", "Q299", "S0", "S1"}));
     consistent(0, 600);
     consistent(source, 0);
+    const int copy = m_pl.createPlaylist("Copy");
+    EXPECT_TRUE(J::answeredTrue(m_pl.command("add-items", QVariantHash{{"plid", copy}, {"fromPlid", 0}})));
+    consistent(copy, 600);
+    EXPECT_TRUE(J::answeredTrue(m_pl.command("delete-playlist", QVariantHash{{"plid", copy}})));
 
     const int doomed = m_pl.createPlaylist("Doomed");
     ASSERT_TRUE(m_pl.addTracks(doomed, J::numbered("D", 300)));
