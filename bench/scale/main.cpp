@@ -268,14 +268,17 @@ bool ScaleRun::run(std::vector<Row>* rows)
         floor.addItems(source, 0, 0, items);
         fAdd.push_back(msSince(start));
         start = Clock::now();
-        floor.copyPlayList(source, 1000, 0);
+        floor.mergePlayList(source, 1000, 0);
         fMerge.push_back(msSince(start));
-        start = Clock::now();
-        floor.deletePlayList(source);
-        fDelete.push_back(msSince(start));
         start = Clock::now();
         floor.removeRange(1000, 0, n, n);
         fClear.push_back(msSince(start));
+        const int doomed = 10 + r;
+        floor.createPlayList(doomed, QStringLiteral("doomed"));
+        floor.addItems(doomed, 0, 0, items);
+        start = Clock::now();
+        floor.deletePlayList(doomed);
+        fDelete.push_back(msSince(start));
     }
     floor.addItems(1000, 0, 0, items);
     for (int r = 0; r < kRuns; ++r) {

@@ -45,16 +45,14 @@ FloorStore::FloorStore(const QString& path, const QStringList& schema)
                      " i.durationSeconds, i.url, i.serviceId, i.vexaRoles"
                      " FROM playlists_items pi JOIN items i ON i.uid = pi.item"
                      " WHERE pi.playlist = ?1 AND pi.sequenceNumber BETWEEN ?2 AND ?3 ORDER BY pi.sequenceNumber");
-    m_copy = prepare("INSERT INTO items(title, artist, album, artworkUrl, genre, durationSeconds, url, serviceId,"
-                     " vexaRoles) SELECT i.title, i.artist, i.album, i.artworkUrl, i.genre, i.durationSeconds, i.url,"
-                     " i.serviceId, i.vexaRoles FROM playlists_items pi JOIN items i ON i.uid = pi.item"
-                     " WHERE pi.playlist = ?1 AND pi.sequenceNumber = ?2");
+    m_move = prepare("UPDATE playlists_items SET playlist = ?1, sequenceNumber = sequenceNumber + ?2"
+                     " WHERE playlist = ?3");
     m_deletePlayList = prepare("DELETE FROM playlists WHERE uid = ?1");
 }
 
 FloorStore::~FloorStore()
 {
-    for (sqlite3_stmt* stmt : {m_insertItem, m_insertEntry, m_shift, m_deleteRange, m_cleanItems, m_read, m_copy, m_deletePlayList})
+    for (sqlite3_stmt* stmt : {m_insertItem, m_insertEntry, m_shift, m_deleteRange, m_cleanItems, m_read, m_move, m_deletePlayList})
         sqlite3_finalize(stmt);
     sqlite3_close(m_db);
 }
@@ -153,21 +151,17 @@ void FloorStore::addItems(int playlist, int at, int size, const QList<VexaPlayLi
     exec("COMMIT;");
 }
 
-void FloorStore::copyPlayList(int source, int playlist, int size)
+void FloorStore::mergePlayList(int source, int playlist, int size)
 {
-    // Entry by entry, as a copy that keeps every item row its own must go.
+    // The entries change playlist in one statement; the emptied source goes.
     exec("BEGIN IMMEDIATE;");
-    for (int k = 0;; ++k) {
-        sqlite3_bind_int(m_copy, 1, source);
-        sqlite3_bind_int(m_copy, 2, k);
-        run(m_copy);
-        if (sqlite3_changes(m_db) == 0)
-            break;
-        sqlite3_bind_int(m_insertEntry, 1, playlist);
-        sqlite3_bind_int64(m_insertEntry, 2, sqlite3_last_insert_rowid(m_db));
-        sqlite3_bind_int(m_insertEntry, 3, size + k);
-        run(m_insertEntry);
-    }
+    sqlite3_bind_int(m_move, 1, playlist);
+    sqlite3_bind_int(m_move, 2, size);
+    sqlite3_bind_int(m_move, 3, source);
+    run(m_move);
+    sqlite3_bind_int(m_deletePlayList, 1, source);
+    run(m_deletePlayList);
+    run(m_cleanItems);
     exec("COMMIT;");
 }
 

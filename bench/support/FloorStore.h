@@ -29,8 +29,9 @@ public:
     void moveItem(int playlist, int from, int to, int size);
     // Removes count entries from from on and closes the gap.
     void removeRange(int playlist, int from, int count, int size);
-    // Appends copies of a source playlist's entries to a playlist of size entries.
-    void copyPlayList(int source, int playlist, int size);
+    // Moves a source playlist's entries behind those of a playlist of size
+    // entries and deletes the source.
+    void mergePlayList(int source, int playlist, int size);
     // Deletes a playlist, its entries and the items left without one.
     void deletePlayList(int playlist);
     // Deletes every entry of a playlist and the items left without one,
@@ -55,6 +56,6 @@ private:
     sqlite3_stmt* m_deleteRange = nullptr;
     sqlite3_stmt* m_cleanItems = nullptr;
     sqlite3_stmt* m_read = nullptr;
-    sqlite3_stmt* m_copy = nullptr;
+    sqlite3_stmt* m_move = nullptr;
     sqlite3_stmt* m_deletePlayList = nullptr;
 };
