@@ -1,7 +1,7 @@
 #include "VexaPlayListItem.h"
 
 #include "VexaJson.h"
-#include "VexaRoles.h"
+#include "VexaTrackFields.h"
 #include "VexaVariant.h"
 
 #include <QDebug>
@@ -68,28 +68,21 @@ void VexaPlayListItem::fillFromRoles()
     m_playableTrack = false;
     if (m_vexaRoles.isEmpty())
         return;
-    QString error;
-    const VexaRoles roles(VexaJson::parse(m_vexaRoles.toUtf8(), &error).toHash());
-    if (!error.isEmpty())
-        return;
-    const VexaMediaData media = roles.mediaData();
-    const VexaMetaData meta = media.metaData();
-    const QList<VexaMediaResource> resources = media.resources();
-    const bool playable = (!resources.isEmpty() && !resources.first().uri().isEmpty())
-        || !meta.value(VexaMetaData::PrePlayPath()).toString().isEmpty();
-    m_playableTrack = !roles.title().isEmpty() && roles.type() == VexaRolesType::Audio && playable;
-    fillIfEmpty(m_title, roles.title());
-    fillIfEmpty(m_artist, meta.artist());
-    fillIfEmpty(m_album, meta.album());
-    fillIfEmpty(m_genre, meta.genre());
-    fillIfEmpty(m_serviceId, meta.serviceId());
-    fillIfEmpty(m_artworkUrl, roles.icon());
-    if (!resources.isEmpty()) {
+    const VexaTrackFields roles = VexaTrackFields::read(m_vexaRoles);
+    const bool playable = (roles.hasResource && !roles.uri.isEmpty()) || !roles.prePlayPath.isEmpty();
+    m_playableTrack = !roles.title.isEmpty() && roles.audio && playable;
+    fillIfEmpty(m_title, roles.title);
+    fillIfEmpty(m_artist, roles.artist);
+    fillIfEmpty(m_album, roles.album);
+    fillIfEmpty(m_genre, roles.genre);
+    fillIfEmpty(m_serviceId, roles.serviceId);
+    fillIfEmpty(m_artworkUrl, roles.icon);
+    if (roles.hasResource) {
         if (m_durationSeconds == 0)
-            m_durationSeconds = resources.first().duration();
-        fillIfEmpty(m_url, resources.first().uri());
+            m_durationSeconds = roles.duration;
+        fillIfEmpty(m_url, roles.uri);
     }
-    fillIfEmpty(m_url, roles.value(VexaRoles::Path()).toString());
+    fillIfEmpty(m_url, roles.path);
 }
 
 bool VexaPlayListItem::operator==(const VexaPlayListItem& other) const

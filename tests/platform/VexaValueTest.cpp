@@ -7,6 +7,7 @@
 #include <VexaPlayListPlSetName.h>
 #include <VexaRoles.h>
 #include <VexaRowsRoles.h>
+#include <VexaTrackFields.h>
 #include <VexaValue.h>
 
 #include <gtest/gtest.h>
@@ -166,4 +167,49 @@ TEST(VexaPlayListItem, FillsMissingFieldsFromItsRoles)
     const VexaPlayListItem broken = VexaPlayListItem::fromHash(parseObject(R"({"vexaRoles":"{not json"})"));
     EXPECT_TRUE(broken.title().isEmpty());
     EXPECT_EQ(VexaPlayListItem::fromHash(broken.toHash()), broken);
+}
+
+// Track fields are read from the roles' text in one pass; whatever the text,
+// they must be what the JSON reader and the roles' accessors make of it.
+TEST(VexaTrackFields, ReadsEveryTextAsTheRolesDo)
+{
+    const QString usual = QStringLiteral(R"( { "title" : "Café – 7", "type":"audio", "icon":"http://a/1.jpg", "extra": [1, -2.5, true, false, null, {"x": [[]]}, "s"],
+        "mediaData": {"metaData": {"artist": "Ar", "album": "Al", "genre": "G", "serviceId": "lib", "other": {}},
+                      "resources": [{"uri": "file:///m/1.flac", "duration": 215, "mimeType": "audio/flac"}, {"uri": "second"}]}, "path": "lib:/t/1"} )")
+                                .replace(QStringLiteral("\u00e9"), QString(QChar(0xe9)))
+                                .replace(QStringLiteral("\u2013"), QString(QChar(0x2013)));
+    const VexaTrackFields fields = VexaTrackFields::read(usual);
+    EXPECT_EQ(fields.title, QString::fromUtf8("Café – 7"));
+    EXPECT_TRUE(fields.audio);
+    EXPECT_EQ(fields.album, "Al");
+    EXPECT_EQ(fields.uri, "file:///m/1.flac");
+    EXPECT_EQ(fields.duration, 215);
+    EXPECT_EQ(fields.path, "lib:/t/1");
+
+    const QStringList texts = {
+        usual,
+        R"({"title": "12" Mix", "type": "audio", "mediaData": {"resources": [{"uri": "a\/b"}]}})",
+        R"({"title": "A", "title": "B", "type": "container"})",
+        R"({"title": 7, "type": 3, "icon": null})",
+        R"({"type": "nonsense", "mediaData": null})",
+        R"({"mediaData": {"metaData": {"prePlayPath": "x:/pre", "artist": ["a"]}, "resources": []}})",
+        R"({"mediaData": {"resources": ["file:///x", {"uri": "y"}]}})",
+        R"({"mediaData": {"resources": [{"uri": "y", "duration": 1.5}]}})",
+        R"({"mediaData": {"resources": [{"uri": "y", "duration": 2e2}]}})",
+        R"({"mediaData": {"resources": [{"uri": "y", "duration": 99999999999}]}})",
+        R"({"mediaData": {"resources": [{"uri": "y", "duration": -0}]}})",
+        R"({"mediaData": {"metaData": {"genre": "a"}, "metaData": {"album": "b"}}})",
+        R"({"title": "escaped name"})",
+        R"({"title": "trailing"} x)",
+        R"({"title": "unterminated)",
+        R"({"title": "t", "n": 01})",
+        R"({"title": "t", "n": +1})",
+        R"([{"title": "in an array"}])",
+        R"("just text")",
+        R"({"deep": [[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]]], "title": "t"})",
+        QStringLiteral("{\"title\": \"lone ") + QChar(0xd800) + QStringLiteral("\"}"),
+        "",
+    };
+    for (const QString& text : texts)
+        EXPECT_EQ(VexaTrackFields::read(text), VexaTrackFields::readThroughRoles(text)) << text.toStdString();
 }
