@@ -417,6 +417,14 @@ private:
         return key;
     }
 
+    // Where the string going on at p ends: its closing quote, or the end of the text.
+    const char* stringEnd(const char* p) const
+    {
+        while (p != m_end && *p != '"')
+            p += *p == '\\' && m_end - p > 1 ? 2 : 1;
+        return p;
+    }
+
     QString readString()
     {
         ++m_p;
@@ -441,7 +449,8 @@ private:
             }
             if (!hasEscapes) {
                 hasEscapes = true;
-                escaped.reserve(int(m_end - run));
+                // The string's escaped text never outgrows its JSON form.
+                escaped.reserve(int(stringEnd(m_p) - run));
             }
             escaped.append(run, int(m_p - run));
             ++m_p;
