@@ -228,7 +228,7 @@ bool ScaleRun::run(std::vector<Row>* rows)
     }
     // What the host frees goes back to the system within a second: the
     // figure is the memory it keeps.
-    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
     const long rssKb = m_host.rssKb();
 
     const int middle = queueSize / 2;

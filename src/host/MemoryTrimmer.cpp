@@ -10,7 +10,7 @@ MemoryTrimmer::MemoryTrimmer(QObject* parent) : QObject(parent)
     // an arena gives back what it holds beyond the slack as it is freed;
     // only blocks beyond 32 MiB are mapped on their own.
     mallopt(M_MMAP_THRESHOLD, int(MmapThresholdBytes));
-    mallopt(M_TRIM_THRESHOLD, int(SlackBytes));
+    mallopt(M_TRIM_THRESHOLD, int(MmapThresholdBytes));
     connect(&m_timer, &QTimer::timeout, this, &MemoryTrimmer::on_timer_timeout);
     m_timer.start(CheckMs);
 }
@@ -19,6 +19,8 @@ void MemoryTrimmer::on_timer_timeout()
 {
     // The free bytes of every arena, without the ones mapped on their own
     // (those went back when they were freed).
-    if (mallinfo2().fordblks > SlackBytes)
+    const std::size_t free = mallinfo2().fordblks;
+    if (free > SlackBytes && free == m_lastFree)
         malloc_trim(0);
+    m_lastFree = free;
 }

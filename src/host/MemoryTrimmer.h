@@ -25,4 +25,5 @@ private slots:
 
 private:
     QTimer m_timer;
+    std::size_t m_lastFree = 0;
 };
