@@ -18,6 +18,14 @@ void HttpExchange::appendBody(const char* data, size_t size)
         m_body.squeeze();
         return;
     }
+    if (m_body.isEmpty()) {
+        // Room for the whole body at once: a large one is not copied again
+        // each time it outgrows its buffer.
+        const char* length = MHD_lookup_connection_value(m_connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_CONTENT_LENGTH);
+        const qlonglong expected = length ? QByteArray(length).toLongLong() : 0;
+        if (expected > 0 && expected <= m_maxBodyBytes)
+            m_body.reserve(int(expected));
+    }
     m_body.append(data, int(size));
 }
 

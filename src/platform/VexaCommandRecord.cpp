@@ -42,6 +42,7 @@ QList<CMPath> VexaCommandRecord::pathItems(bool* ok) const
 {
     QList<CMPath> items;
     const QVariantList list = value(Items()).toList();
+    items.reserve(list.size());
     for (const QVariant& v : list) {
         if (v.type() != QVariant::String) {
             setOk(ok, false);

@@ -250,10 +250,12 @@ int Controller::addItemsToPlaylist(PlayListBase* playlist, const QList<VexaPlayL
                                    VexaPlayListAddPosition::Enum position, QString* msg)
 {
     VEXA_LOG_ENTER(TRACE, logger(), "");
-    QStringList titles;
-    for (const VexaPlayListItem& item : items)
-        titles.append(item.title());
-    LOG4CPLUS_TRACE(logger(), "itemList: " << titles);
+    if (logger().isEnabledFor(log4cplus::TRACE_LOG_LEVEL)) {
+        QStringList titles;
+        for (const VexaPlayListItem& item : items)
+            titles.append(item.title());
+        LOG4CPLUS_TRACE(logger(), "itemList: " << titles);
+    }
 
     QList<VexaPlayListItem> accepted;
     for (const VexaPlayListItem& item : items) {
