@@ -6,9 +6,9 @@ MemoryTrimmer::MemoryTrimmer(QObject* parent) : QObject(parent)
 {
     // Fixed thresholds: glibc otherwise raises them after a large block is
     // freed (to tens of MB), and the arenas of the HTTP and module threads
-    // then keep that much at their tops, where no trim reaches it. Fixed,
-    // an arena gives back what it holds beyond the slack as it is freed;
-    // only blocks beyond 32 MiB are mapped on their own.
+    // then keep that much at their tops, where no trim reaches it. Only
+    // blocks beyond 32 MiB are mapped on their own; up to as much may stay at
+    // an arena's top until the timer finds it settled.
     mallopt(M_MMAP_THRESHOLD, int(MmapThresholdBytes));
     mallopt(M_TRIM_THRESHOLD, int(MmapThresholdBytes));
     connect(&m_timer, &QTimer::timeout, this, &MemoryTrimmer::on_timer_timeout);

@@ -8,8 +8,10 @@
 // Gives the allocator's free memory back to the system. A large request, or
 // a large command in a module (a merge of a long playlist), leaves its freed
 // memory in the arenas of the threads that used it, where it would stay for
-// good; the device has none to spare. Once a second, when more than a little
-// is held free, it is returned.
+// good; the device has none to spare. Checked once a second: when more than a
+// little is held free and that amount has not changed since the last check
+// (the work that freed it is over), it is returned. A burst of large requests
+// reuses the same pages instead of faulting them in afresh each time.
 class MemoryTrimmer : public QObject
 {
     Q_OBJECT
