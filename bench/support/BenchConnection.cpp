@@ -8,7 +8,7 @@ int BenchConnection::request(const QByteArray& method, const QByteArray& target,
     message += "\r\n" + body;
     // A connection the server closed in the meantime is opened again once.
     for (int attempt = 0; attempt < 2; ++attempt) {
-        if (!m_open && !(m_open = m_socket.connectTo(QStringLiteral("127.0.0.1"), m_port)))
+        if (!m_open && !(m_open = m_socket.connectTo(QStringLiteral("127.0.0.1"), m_port, m_from)))
             return 0;
         HttpReply reply;
         if (m_socket.sendAll(message))

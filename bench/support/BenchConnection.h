@@ -9,7 +9,8 @@
 class BenchConnection
 {
 public:
-    explicit BenchConnection(quint16 port) : m_port(port) {}
+    // From the loopback address from when it is given.
+    explicit BenchConnection(quint16 port, const QString& from = QString()) : m_port(port), m_from(from) {}
 
     BenchConnection(const BenchConnection&) = delete;
     BenchConnection& operator=(const BenchConnection&) = delete;
@@ -20,6 +21,7 @@ public:
 
 private:
     quint16 m_port;
+    QString m_from;
     HttpSocket m_socket;
     bool m_open = false;
 };

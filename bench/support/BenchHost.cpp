@@ -1,5 +1,6 @@
 #include "BenchHost.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <chrono>
@@ -27,6 +28,11 @@ long BenchHost::rssKb() const
             return line.mid(6).trimmed().split(' ').value(0).toLong();
     }
     return 0;
+}
+
+int BenchHost::openFds() const
+{
+    return int(QDir(QStringLiteral("/proc/%1/fd").arg(m_process.processId())).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
 }
 
 int BenchHost::post(BenchConnection& connection, const QByteArray& path, const QByteArray& valueJson,

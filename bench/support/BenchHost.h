@@ -22,6 +22,8 @@ public:
     double startMs() const { return m_startMs; }
     // The host's resident memory now, in kB (0 when it is not running).
     long rssKb() const;
+    // The host's open file descriptors now (0 when it is not running).
+    int openFds() const;
 
     quint16 port() const { return m_process.port(); }
     QString rootPath() const { return m_process.root(); }

@@ -1,8 +1,8 @@
 #include "EventStreamReader.h"
 
-bool EventStreamReader::open(quint16 port, const QString& target, int timeoutMs)
+bool EventStreamReader::open(quint16 port, const QString& target, int timeoutMs, const QString& from)
 {
-    m_socket = HttpClient(port).send("GET", target, QByteArray());
+    m_socket = HttpClient(port, from).send("GET", target, QByteArray());
     if (!m_socket || !HttpReply::readHead(*m_socket, QDeadlineTimer(timeoutMs), &m_head, &m_raw))
         return false;
     m_chunked = m_head.headers.value("transfer-encoding").toLower().contains("chunked");

@@ -8,7 +8,7 @@ class EventStreamReader
 {
 public:
     // Sends GET target and reads the response head; false when no head came.
-    bool open(quint16 port, const QString& target, int timeoutMs = 15000);
+    bool open(quint16 port, const QString& target, int timeoutMs = 15000, const QString& from = QString());
     int status() const { return m_head.status; }
     const HttpReply& head() const { return m_head; }
 

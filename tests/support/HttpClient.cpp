@@ -12,7 +12,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-bool HttpSocket::connectTo(const QString& address, quint16 port)
+bool HttpSocket::connectTo(const QString& address, quint16 port, const QString& from)
 {
     close();
     sockaddr_in addr{};
@@ -23,6 +23,14 @@ bool HttpSocket::connectTo(const QString& address, quint16 port)
     m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const int one = 1;
     ::setsockopt(m_fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
+    sockaddr_in source{};
+    source.sin_family = AF_INET;
+    if (!from.isEmpty()
+        && (inet_pton(AF_INET, from.toLatin1().constData(), &source.sin_addr) != 1
+            || ::bind(m_fd, reinterpret_cast<sockaddr*>(&source), sizeof(source)) != 0)) {
+        close();
+        return false;
+    }
     if (m_fd < 0 || ::connect(m_fd, reinterpret_cast<sockaddr*>(&addr), sizeof(addr)) != 0) {
         close();
         return false;
@@ -171,7 +179,7 @@ std::unique_ptr<HttpSocket> HttpClient::send(const QByteArray& method, const QSt
     if (!body.isEmpty() || method == "POST" || method == "PATCH")
         head += "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n";
     auto socket = std::make_unique<HttpSocket>();
-    if (!socket->connectTo(QStringLiteral("127.0.0.1"), m_port) || !socket->sendAll(head + "\r\n" + body))
+    if (!socket->connectTo(QStringLiteral("127.0.0.1"), m_port, m_from) || !socket->sendAll(head + "\r\n" + body))
         return nullptr;
     return socket;
 }
@@ -179,7 +187,7 @@ std::unique_ptr<HttpSocket> HttpClient::send(const QByteArray& method, const QSt
 HttpReply HttpClient::raw(const QByteArray& bytes, int timeoutMs) const
 {
     HttpSocket socket;
-    if (!socket.connectTo(QStringLiteral("127.0.0.1"), m_port) || !socket.sendAll(bytes))
+    if (!socket.connectTo(QStringLiteral("127.0.0.1"), m_port, m_from) || !socket.sendAll(bytes))
         return HttpReply();
     return HttpReply::read(socket, QDeadlineTimer(timeoutMs));
 }

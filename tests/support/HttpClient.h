@@ -20,7 +20,9 @@ public:
     HttpSocket(const HttpSocket&) = delete;
     HttpSocket& operator=(const HttpSocket&) = delete;
 
-    bool connectTo(const QString& address, quint16 port);
+    // From the loopback address from when given: each address of 127/8 is a
+    // client of its own to the host.
+    bool connectTo(const QString& address, quint16 port, const QString& from = QString());
     bool sendAll(const QByteArray& data);
     // Appends what arrives to *out; false when the peer closed or the deadline passed.
     bool readSome(QByteArray* out, const QDeadlineTimer& deadline);
@@ -62,7 +64,8 @@ public:
 class HttpClient
 {
 public:
-    explicit HttpClient(quint16 port) : m_port(port) {}
+    // Connections come from the loopback address from when it is given.
+    explicit HttpClient(quint16 port, const QString& from = QString()) : m_port(port), m_from(from) {}
 
     HttpReply get(const QString& target, int timeoutMs = 15000) const { return request("GET", target, {}, timeoutMs); }
     HttpReply post(const QString& target, const QByteArray& body, int timeoutMs = 15000) const
@@ -84,4 +87,5 @@ public:
 
 private:
     quint16 m_port;
+    QString m_from;
 };
