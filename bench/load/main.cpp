@@ -1,6 +1,7 @@
 // The host under the load of a busy household: 200 clients long-polling
 // subscriptions, 50 event streams, and 4 clients that each edit the play
-// queue, rename a playlist and read a page of the queue in a loop, for 30 s.
+// queue (a track added at its end and removed again), rename a playlist and
+// read a page of the queue in a loop, for 30 s.
 // Every subscription watches the queue's rows and the list of playlists, so
 // each edit fans out to all 250. Reports command and page latencies (p50,
 // p99), errors, and the host's memory and file descriptors before the load,
@@ -149,7 +150,9 @@ void LoadRun::editor(int client)
     for (int i = 0; !m_stop; ++i) {
         const QByteArray commandsOfOneRound[] = {
             "{\"path\":\"playlists:/add-external-items\",\"value\":{\"plid\":0,\"items\":[" + track(client * 1000000 + i) + "]}}",
-            "{\"path\":\"playlists:/remove-items\",\"value\":{\"plid\":0,\"items\":[0]}}",
+            // Past the queue's first kQueueSize entries there is always one
+            // added by this client and not yet removed.
+            "{\"path\":\"playlists:/remove-items\",\"value\":{\"plid\":0,\"items\":[" + QByteArray::number(kQueueSize) + "]}}",
             "{\"path\":\"playlists:/rename-playlist\",\"value\":{\"plid\":1,\"name\":\"Load " + QByteArray::number(i % 7) + "\"}}",
         };
         for (const QByteArray& body : commandsOfOneRound) {
