@@ -7,7 +7,7 @@
 
 // One HTTP request as the API sees it: method, the URL's path, the decoded
 // query arguments (in order, NUL bytes kept so they can be refused), the
-// headers and the body.
+// headers, the body and the client's address.
 class ApiRequest
 {
 public:
@@ -16,8 +16,8 @@ public:
 
     ApiRequest() = default;
     ApiRequest(const QByteArray& method, const QString& path, const QList<Argument>& query, const QByteArray& body,
-               const QList<Header>& headers = {})
-        : m_method(method), m_path(path), m_query(query), m_body(body), m_headers(headers)
+               const QList<Header>& headers = {}, const QString& client = QString())
+        : m_method(method), m_path(path), m_query(query), m_body(body), m_headers(headers), m_client(client)
     {
     }
 
@@ -25,6 +25,8 @@ public:
     const QString& path() const { return m_path; }
     const QList<Argument>& query() const { return m_query; }
     const QByteArray& body() const { return m_body; }
+    // The remote address (IPv4 or IPv6 text) that limits per client count against.
+    const QString& client() const { return m_client; }
 
     bool hasArgument(const QString& name) const;
     // The first value of the argument name; fallback when absent.
@@ -39,4 +41,5 @@ private:
     QList<Argument> m_query;
     QByteArray m_body;
     QList<Header> m_headers;
+    QString m_client;
 };

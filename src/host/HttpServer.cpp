@@ -5,10 +5,9 @@
 #include "ApiRouter.h"
 #include "HttpExchange.h"
 #include "SubscriptionApi.h"
+#include "SubscriptionEvent.h"
 #include "SubscriptionHub.h"
 #include "TimerThread.h"
-
-#include <VexaJson.h>
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
@@ -56,6 +55,20 @@ MHD_Result collectHeader(void* cls, MHD_ValueKind, const char* key, size_t keySi
     auto* headers = static_cast<QList<ApiRequest::Header>*>(cls);
     headers->append(ApiRequest::Header(QByteArray(key, int(keySize)), value ? QByteArray(value, int(valueSize)) : QByteArray()));
     return MHD_YES;
+}
+
+QString clientAddress(MHD_Connection* connection)
+{
+    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+    if (!info || !info->client_addr)
+        return QString();
+    char text[INET6_ADDRSTRLEN] = {};
+    const sockaddr* address = info->client_addr;
+    if (address->sa_family == AF_INET)
+        inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in*>(address)->sin_addr, text, sizeof(text));
+    else if (address->sa_family == AF_INET6)
+        inet_ntop(AF_INET6, &reinterpret_cast<const sockaddr_in6*>(address)->sin6_addr, text, sizeof(text));
+    return QString::fromLatin1(text);
 }
 
 ApiResponse timeoutResponse()
@@ -231,7 +244,8 @@ MHD_Result HttpServer::begin(const ExchangePtr& exchange)
     MHD_get_connection_values_n(exchange->connection(), MHD_GET_ARGUMENT_KIND, &collectArgument, &query);
     QList<ApiRequest::Header> headers;
     MHD_get_connection_values_n(exchange->connection(), MHD_HEADER_KIND, &collectHeader, &headers);
-    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body(), headers);
+    const ApiRequest request(exchange->method(), QString::fromUtf8(exchange->url()), query, exchange->body(), headers,
+                             clientAddress(exchange->connection()));
 
     ApiResult result;
     try {
@@ -317,11 +331,11 @@ MHD_Result HttpServer::continuePoll(const ExchangePtr& exchange)
     const QString& id = exchange->result().subscription();
     for (;;) {
         exchange->clearWake();
-        QVariantList events;
+        QList<QByteArray> events;
         if (!m_hub->takeEvents(id, &events))
             return respond(exchange, SubscriptionApi::unknownSubscription(id));
         if (!events.isEmpty() || exchange->timedOut() || m_stopping)
-            return respond(exchange, ApiResponse::json(200, events));
+            return respond(exchange, ApiResponse(200, SubscriptionEvent::list(events)));
         if (exchange->suspendUnlessWoken())
             return MHD_YES;
     }
@@ -363,11 +377,11 @@ ssize_t HttpServer::readStream(const ExchangePtr& exchange, char* buf, size_t ma
         if (m_stopping || exchange->isClosed())
             return MHD_CONTENT_READER_END_OF_STREAM;
         exchange->clearWake();
-        QVariantList events;
+        QList<QByteArray> events;
         if (!m_hub->takeEvents(exchange->result().subscription(), &events))
             return MHD_CONTENT_READER_END_OF_STREAM;
-        for (const QVariant& event : qAsConst(events))
-            pending += "data: " + VexaJson::toJson(event) + "\n\n";
+        for (const QByteArray& event : qAsConst(events))
+            pending += "data: " + event + "\n\n";
         if (pending.isEmpty() && exchange->takeKeepAliveDue())
             pending = ": keep-alive\n\n";
         if (!pending.isEmpty())

@@ -1,94 +1,39 @@
 #include "Subscription.h"
 
-namespace {
+#include "SubscriptionEvent.h"
 
-const QString kPath = QStringLiteral("path");
-const QString kKind = QStringLiteral("kind");
-const QString kRows = QStringLiteral("rows");
-
-} // namespace
-
-Subscription::Subscription(int maxQueued) : m_maxQueued(qMax(1, maxQueued)) {}
-
-void Subscription::subscribe(const SubscriptionTopic& topic)
+Subscription::Subscription(int maxQueuedBytes)
+    : m_maxQueuedBytes(maxQueuedBytes), m_topics(std::make_shared<const SubscriptionTopicSet>())
 {
-    if (!m_topics.contains(topic))
-        m_topics.append(topic);
 }
 
-void Subscription::unsubscribe(const SubscriptionTopic& topic)
+void Subscription::queue(const QByteArray& event)
 {
-    m_topics.removeAll(topic);
-}
-
-bool Subscription::offerValue(const QString& path, const QVariant& newValue)
-{
-    if (!hasTopic(SubscriptionTopic::Kind::Value, path))
-        return false;
-    queue({{kPath, path}, {kKind, QStringLiteral("value")}, {QStringLiteral("value"), newValue}});
-    return true;
-}
-
-bool Subscription::offerRowsReset(const QString& path)
-{
-    bool queued = false;
-    for (const SubscriptionTopic& topic : m_topics) {
-        // The event names the subscribed list, which is what the client refetches.
-        if (topic.kind() == SubscriptionTopic::Kind::Rows && resetReaches(path, topic.path())) {
-            queue({{kPath, topic.path()}, {kKind, kRows}, {QStringLiteral("change"), QStringLiteral("reset")}});
-            queued = true;
+    if (m_queuedBytes + event.size() > m_maxQueuedBytes) {
+        // The client must refetch anyway, which makes every waiting event
+        // useless: they all go at once, and the memory with them.
+        m_dropped += qint64(m_events.size());
+        m_events.clear();
+        m_queuedBytes = 0;
+        if (event.size() > m_maxQueuedBytes) {
+            ++m_dropped;
+            return;
         }
     }
-    return queued;
+    m_events.push_back(event);
+    m_queuedBytes += event.size();
 }
 
-bool Subscription::offerRowsInserted(const QString& path, const QList<int>& rows)
+QList<QByteArray> Subscription::takeEvents()
 {
-    if (!hasTopic(SubscriptionTopic::Kind::Rows, path))
-        return false;
-    QVariantList rowList;
-    for (int row : rows)
-        rowList.append(row);
-    queue({{kPath, path}, {kKind, kRows}, {QStringLiteral("change"), QStringLiteral("insert")}, {kRows, rowList}});
-    return true;
-}
-
-QVariantList Subscription::takeEvents()
-{
-    QVariantList events;
-    events.reserve(int(m_events.size()));
-    for (const QVariantHash& event : m_events)
+    QList<QByteArray> events;
+    events.reserve(int(m_events.size()) + 1);
+    if (m_dropped > 0)
+        events.append(SubscriptionEvent::overflow(m_dropped));
+    for (const QByteArray& event : m_events)
         events.append(event);
     m_events.clear();
+    m_queuedBytes = 0;
+    m_dropped = 0;
     return events;
-}
-
-bool Subscription::resetReaches(const QString& resetPath, const QString& topicPath)
-{
-    if (!topicPath.startsWith(resetPath))
-        return false;
-    if (topicPath.size() == resetPath.size() || resetPath.endsWith(QLatin1Char('/')))
-        return true;
-    const QChar next = topicPath.at(resetPath.size());
-    return next == QLatin1Char('/') || next == QLatin1Char('?');
-}
-
-bool Subscription::hasTopic(SubscriptionTopic::Kind kind, const QString& path) const
-{
-    for (const SubscriptionTopic& topic : m_topics) {
-        if (topic.kind() == kind && topic.path() == path)
-            return true;
-    }
-    return false;
-}
-
-void Subscription::queue(const QVariantHash& event)
-{
-    // A client that stopped reading must not make the host grow without
-    // bound; the oldest events are the least useful ones.
-    while (int(m_events.size()) >= m_maxQueued) {
-        m_events.pop_front();
-        ++m_dropped;
-    }
-    m_events.push_back(event);
 }

@@ -1,46 +1,39 @@
 #pragma once
 
-#include "SubscriptionTopic.h"
+#include "SubscriptionTopicSet.h"
 
+#include <QByteArray>
 #include <QList>
-#include <QString>
-#include <QVariant>
 
 #include <deque>
+#include <memory>
 
 // One client's subscription: the topics it listens to and the events waiting
-// for it. Not thread-safe: the hub guards it.
+// for it, as JSON text. The waiting events are bounded by their bytes: an
+// event that does not fit drops every waiting one, and the client then reads
+// an overflow event first, which tells it to refetch what it watches; the
+// events queued after it follow in order. Not thread-safe: the hub guards it.
 class Subscription
 {
 public:
-    explicit Subscription(int maxQueued);
+    explicit Subscription(int maxQueuedBytes);
 
-    const QList<SubscriptionTopic>& topics() const { return m_topics; }
-    void subscribe(const SubscriptionTopic& topic);
-    void unsubscribe(const SubscriptionTopic& topic);
+    // The topics are replaced whole, never changed in place, so that a
+    // change of many topics is prepared without the hub's lock.
+    const std::shared_ptr<const SubscriptionTopicSet>& topics() const { return m_topics; }
+    void setTopics(std::shared_ptr<const SubscriptionTopicSet> topics) { m_topics = std::move(topics); }
 
-    // Each queues one event per topic it reaches; true when it queued any.
-    // Paths are in encoded text form.
-    bool offerValue(const QString& path, const QVariant& newValue);
-    bool offerRowsReset(const QString& path);
-    bool offerRowsInserted(const QString& path, const QList<int>& rows);
-
-    bool hasEvents() const { return !m_events.empty(); }
-    // The waiting events, oldest first; the queue is empty afterwards.
-    QVariantList takeEvents();
-    // How many events were dropped because the queue was full.
-    int droppedEvents() const { return m_dropped; }
-
-    // True when a reset of resetPath reaches the rows at topicPath: the same
-    // path, or one continuing it after a '/' or a '?'.
-    static bool resetReaches(const QString& resetPath, const QString& topicPath);
+    void queue(const QByteArray& event);
+    bool hasEvents() const { return m_dropped > 0 || !m_events.empty(); }
+    // The waiting events, oldest first (an overflow event leading them when
+    // some were dropped); the queue is empty afterwards.
+    QList<QByteArray> takeEvents();
 
 private:
-    bool hasTopic(SubscriptionTopic::Kind kind, const QString& path) const;
-    void queue(const QVariantHash& event);
-
-    int m_maxQueued;
-    int m_dropped = 0;
-    QList<SubscriptionTopic> m_topics;
-    std::deque<QVariantHash> m_events;
+    const int m_maxQueuedBytes;
+    std::shared_ptr<const SubscriptionTopicSet> m_topics;
+    std::deque<QByteArray> m_events;
+    int m_queuedBytes = 0;
+    // Dropped since the client last read its events.
+    qint64 m_dropped = 0;
 };

@@ -15,7 +15,10 @@ ApiResult SubscriptionApi::create(const ApiRequest& request)
     QList<SubscriptionTopic> topics;
     if (!SubscriptionTopic::listFromVariant(body.value(QStringLiteral("subscribe")), &topics, &error))
         return ApiResult::ready(ApiResponse::badRequest(error));
-    const QString id = m_hub->create(topics);
+    QString id;
+    const SubscriptionHub::Outcome outcome = m_hub->create(request.client(), topics, &id);
+    if (outcome != SubscriptionHub::Outcome::Done)
+        return ApiResult::ready(refusal(outcome, id));
     return ApiResult::ready(ApiResponse::json(201, QVariantHash{{QStringLiteral("id"), id}}));
 }
 
@@ -30,8 +33,9 @@ ApiResult SubscriptionApi::modify(const ApiRequest& request, const QString& id)
     if (!SubscriptionTopic::listFromVariant(body.value(QStringLiteral("subscribe")), &subscribe, &error)
         || !SubscriptionTopic::listFromVariant(body.value(QStringLiteral("unsubscribe")), &unsubscribe, &error))
         return ApiResult::ready(ApiResponse::badRequest(error));
-    if (!m_hub->modify(id, subscribe, unsubscribe))
-        return ApiResult::ready(unknownSubscription(id));
+    const SubscriptionHub::Outcome outcome = m_hub->modify(id, subscribe, unsubscribe);
+    if (outcome != SubscriptionHub::Outcome::Done)
+        return ApiResult::ready(refusal(outcome, id));
     return ApiResult::ready(ApiResponse::json(200, QVariantHash{{QStringLiteral("id"), id}}));
 }
 
@@ -65,6 +69,25 @@ ApiResult SubscriptionApi::stream(const ApiRequest& request)
     if (!m_hub->contains(id))
         return ApiResult::ready(unknownSubscription(id));
     return ApiResult::stream(id);
+}
+
+ApiResponse SubscriptionApi::refusal(SubscriptionHub::Outcome outcome, const QString& id) const
+{
+    const SubscriptionLimits& limits = m_hub->limits();
+    switch (outcome) {
+    case SubscriptionHub::Outcome::TooManySubscriptions:
+        return ApiResponse::error(429, TooManySubscriptionsName(), QStringLiteral("Too many subscriptions"),
+                                  QStringLiteral("A client holds at most %1 subscriptions; delete one first")
+                                      .arg(limits.subscriptionsPerClient));
+    case SubscriptionHub::Outcome::TooManyTopics:
+        return ApiResponse::error(429, TooManyTopicsName(), QStringLiteral("Too many topics"),
+                                  QStringLiteral("A subscription has at most %1 topics; nothing was changed")
+                                      .arg(limits.topicsPerSubscription));
+    case SubscriptionHub::Outcome::UnknownSubscription:
+    case SubscriptionHub::Outcome::Done:
+        break;
+    }
+    return unknownSubscription(id);
 }
 
 ApiResponse SubscriptionApi::unknownSubscription(const QString& id)

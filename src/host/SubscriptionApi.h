@@ -2,8 +2,7 @@
 
 #include "ApiRequest.h"
 #include "ApiResult.h"
-
-class SubscriptionHub;
+#include "SubscriptionHub.h"
 
 // The subscription calls: create, change and end subscriptions, and read
 // their events by long poll or as a stream.
@@ -29,6 +28,12 @@ public:
 
     static ApiResponse unknownSubscription(const QString& id);
 
+    // Errors for a client past one of its limits (429).
+    static QString TooManySubscriptionsName() { return QStringLiteral("tooManySubscriptions"); }
+    static QString TooManyTopicsName() { return QStringLiteral("tooManyTopics"); }
+
 private:
+    ApiResponse refusal(SubscriptionHub::Outcome outcome, const QString& id) const;
+
     SubscriptionHub* m_hub;
 };

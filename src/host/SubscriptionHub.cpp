@@ -1,5 +1,7 @@
 #include "SubscriptionHub.h"
 
+#include "SubscriptionEvent.h"
+
 #include <CMRootWorker.h>
 
 #include <QRandomGenerator>
@@ -14,11 +16,26 @@ void callAll(const std::vector<std::function<void()>>& wakes)
         wake();
 }
 
+// A topic set with changes applied; null when it would hold more than limit.
+std::shared_ptr<const SubscriptionTopicSet> changed(const SubscriptionTopicSet& topics,
+                                                    const QList<SubscriptionTopic>& subscribe,
+                                                    const QList<SubscriptionTopic>& unsubscribe, int limit)
+{
+    auto next = std::make_shared<SubscriptionTopicSet>(topics);
+    for (const SubscriptionTopic& topic : unsubscribe)
+        next->remove(topic);
+    for (const SubscriptionTopic& topic : subscribe)
+        next->add(topic);
+    if (next->size() > limit)
+        return nullptr;
+    return next;
+}
+
 } // namespace
 
-SubscriptionHub::SubscriptionHub(CMRootWorker* root, int maxQueued, std::chrono::milliseconds idleLimit,
-                                 QObject* parent)
-    : QObject(parent), m_maxQueued(maxQueued), m_idleLimit(idleLimit)
+SubscriptionHub::SubscriptionHub(CMRootWorker* root, const SubscriptionLimits& limits,
+                                 std::chrono::milliseconds idleLimit, QObject* parent)
+    : QObject(parent), m_limits(limits), m_idleLimit(idleLimit)
 {
     // Direct connections: notifications come from every module's thread and
     // the hub must not depend on any event loop to see them.
@@ -31,41 +48,61 @@ SubscriptionHub::SubscriptionHub(CMRootWorker* root, int maxQueued, std::chrono:
             [this](const CMPath& path, const QList<int>& rows) { onRowsInserted(path, rows); }, Qt::DirectConnection);
 }
 
-QString SubscriptionHub::create(const QList<SubscriptionTopic>& topics)
+SubscriptionHub::Outcome SubscriptionHub::create(const QString& client, const QList<SubscriptionTopic>& topics,
+                                                 QString* id)
 {
+    const auto entry = std::make_shared<Entry>(client, m_limits.queuedBytesPerSubscription);
+    const auto topicSet = changed(SubscriptionTopicSet(), topics, {}, m_limits.topicsPerSubscription);
+    if (!topicSet)
+        return Outcome::TooManyTopics;
+    entry->subscription.setTopics(topicSet);
+    entry->lastSeen = Clock::now();
     quint32 words[4];
     QRandomGenerator::system()->fillRange(words);
-    const QString id = QString::fromLatin1(QByteArray(reinterpret_cast<const char*>(words), sizeof(words)).toHex());
-    auto entry = std::make_shared<Entry>(m_maxQueued);
-    for (const SubscriptionTopic& topic : topics)
-        entry->subscription.subscribe(topic);
-    entry->lastSeen = Clock::now();
+    *id = QString::fromLatin1(QByteArray(reinterpret_cast<const char*>(words), sizeof(words)).toHex());
+
     QMutexLocker lock(&m_mutex);
-    m_entries.insert(id, entry);
-    return id;
+    int& held = m_perClient[client];
+    if (held >= m_limits.subscriptionsPerClient)
+        return Outcome::TooManySubscriptions;
+    ++held;
+    m_entries.insert(*id, entry);
+    return Outcome::Done;
 }
 
-bool SubscriptionHub::modify(const QString& id, const QList<SubscriptionTopic>& subscribe,
-                             const QList<SubscriptionTopic>& unsubscribe)
+SubscriptionHub::Outcome SubscriptionHub::modify(const QString& id, const QList<SubscriptionTopic>& subscribe,
+                                                 const QList<SubscriptionTopic>& unsubscribe)
 {
+    EntryPtr entry;
+    {
+        QMutexLocker lock(&m_mutex);
+        entry = m_entries.value(id);
+        if (!entry)
+            return Outcome::UnknownSubscription;
+        entry->lastSeen = Clock::now();
+    }
+    // Only topic changes replace the topics, one at a time, so the current
+    // ones can be read without the hub's lock while the next are built.
+    QMutexLocker updating(&entry->updating);
+    const std::shared_ptr<const SubscriptionTopicSet> current = entry->subscription.topics();
+    const auto next = changed(*current, subscribe, unsubscribe, m_limits.topicsPerSubscription);
+    if (!next)
+        return Outcome::TooManyTopics;
     QMutexLocker lock(&m_mutex);
-    const auto entry = m_entries.value(id);
-    if (!entry)
-        return false;
-    for (const SubscriptionTopic& topic : unsubscribe)
-        entry->subscription.unsubscribe(topic);
-    for (const SubscriptionTopic& topic : subscribe)
-        entry->subscription.subscribe(topic);
-    entry->lastSeen = Clock::now();
-    return true;
+    if (!m_entries.contains(id))
+        return Outcome::UnknownSubscription;
+    entry->subscription.setTopics(next);
+    // current still holds the old topics: they are freed after the lock.
+    return Outcome::Done;
 }
 
 bool SubscriptionHub::remove(const QString& id)
 {
     std::vector<std::function<void()>> wakes;
+    EntryPtr entry;
     {
         QMutexLocker lock(&m_mutex);
-        const auto entry = m_entries.take(id);
+        entry = takeLocked(id);
         if (!entry)
             return false;
         for (const auto& wake : entry->waiters)
@@ -94,7 +131,7 @@ bool SubscriptionHub::inUse(const QString& id) const
     return entry && !entry->waiters.isEmpty();
 }
 
-bool SubscriptionHub::takeEvents(const QString& id, QVariantList* events)
+bool SubscriptionHub::takeEvents(const QString& id, QList<QByteArray>* events)
 {
     QMutexLocker lock(&m_mutex);
     const auto entry = m_entries.value(id);
@@ -141,37 +178,70 @@ void SubscriptionHub::wakeAll()
 
 int SubscriptionHub::dropIdle(Clock::time_point now)
 {
+    std::vector<EntryPtr> dropped;
     QMutexLocker lock(&m_mutex);
-    int dropped = 0;
-    for (auto it = m_entries.begin(); it != m_entries.end();) {
+    QStringList idle;
+    for (auto it = m_entries.cbegin(); it != m_entries.cend(); ++it) {
         const Entry& entry = *it.value();
-        if (entry.waiters.isEmpty() && now - entry.lastSeen > m_idleLimit) {
-            it = m_entries.erase(it);
-            ++dropped;
-        } else {
-            ++it;
-        }
+        if (entry.waiters.isEmpty() && now - entry.lastSeen > m_idleLimit)
+            idle.append(it.key());
     }
-    return dropped;
+    for (const QString& id : qAsConst(idle))
+        dropped.push_back(takeLocked(id));
+    lock.unlock();
+    return int(dropped.size());
+}
+
+SubscriptionHub::EntryPtr SubscriptionHub::takeLocked(const QString& id)
+{
+    EntryPtr entry = m_entries.take(id);
+    if (entry) {
+        const auto held = m_perClient.find(entry->client);
+        if (--held.value() == 0)
+            m_perClient.erase(held);
+    }
+    return entry;
 }
 
 void SubscriptionHub::onValueChanged(const CMPath& path, const VexaValue& newValue)
 {
     const QString text = path.toEncoded();
-    const QVariant value = newValue.toVariant();
-    deliver([&](Subscription& s) { return s.offerValue(text, value); });
+    QByteArray event;
+    deliver([&](Subscription& s) {
+        if (!s.topics()->hasValue(text))
+            return false;
+        // Written once, shared by every subscription it reaches.
+        if (event.isNull())
+            event = SubscriptionEvent::value(text, newValue.toVariant());
+        s.queue(event);
+        return true;
+    });
 }
 
 void SubscriptionHub::onRowsReset(const CMPath& path)
 {
     const QString text = path.toEncoded();
-    deliver([&](Subscription& s) { return s.offerRowsReset(text); });
+    deliver([&](Subscription& s) {
+        const QStringList reached = s.topics()->rowsReachedBy(text);
+        // Each event names the subscribed list, which is what the client refetches.
+        for (const QString& topic : reached)
+            s.queue(SubscriptionEvent::rowsReset(topic));
+        return !reached.isEmpty();
+    });
 }
 
 void SubscriptionHub::onRowsInserted(const CMPath& path, const QList<int>& rows)
 {
     const QString text = path.toEncoded();
-    deliver([&](Subscription& s) { return s.offerRowsInserted(text, rows); });
+    QByteArray event;
+    deliver([&](Subscription& s) {
+        if (!s.topics()->hasRows(text))
+            return false;
+        if (event.isNull())
+            event = SubscriptionEvent::rowsInserted(text, rows);
+        s.queue(event);
+        return true;
+    });
 }
 
 void SubscriptionHub::deliver(const std::function<bool(Subscription&)>& offer)

@@ -65,10 +65,15 @@ QList<QVariantHash> ApiCalls::valuesUntil(const QString& id, const std::function
     return seen;
 }
 
+HttpReply ApiCalls::createSubscription(const Topics& topics) const
+{
+    return m_client.post(QStringLiteral("/api/v1/subscriptions"),
+                         HttpClient::json(QVariantHash{{QStringLiteral("subscribe"), topicList(topics)}}));
+}
+
 QString ApiCalls::subscribe(const Topics& topics) const
 {
-    const HttpReply reply = m_client.post(QStringLiteral("/api/v1/subscriptions"),
-                                          HttpClient::json(QVariantHash{{QStringLiteral("subscribe"), topicList(topics)}}));
+    const HttpReply reply = createSubscription(topics);
     return reply.status == 201 ? reply.json().toHash().value(QStringLiteral("id")).toString() : QString();
 }
 

@@ -34,6 +34,8 @@ public:
                                     int timeoutMs = 20000) const;
     // A new subscription's id; empty when it was not created.
     QString subscribe(const Topics& topics) const;
+    // The answer to creating a subscription, for tests of its refusals.
+    HttpReply createSubscription(const Topics& topics) const;
     HttpReply modify(const QString& id, const Topics& subscribe, const Topics& unsubscribe) const;
     HttpReply poll(const QString& id, int timeoutSeconds) const
     {
