@@ -25,7 +25,9 @@ let syncing = Promise.resolve();
 const keyOf = (kind, path) => kind + ' ' + path;
 const topic = (key) => ({ kind: key.slice(0, key.indexOf(' ')), path: key.slice(key.indexOf(' ') + 1) });
 
-// fn(online, recovered): recovered when the page was offline and is back.
+// fn(online, recovered): recovered when the page was offline and is back, or
+// when the host dropped events it could not keep for us; either way what the
+// page shows must be fetched again.
 export function onStatus(fn) {
   statusListeners.add(fn);
 }
@@ -145,6 +147,10 @@ async function read(reader, listen) {
 }
 
 function dispatch(event) {
+  if (event.kind === 'overflow') {
+    statusListeners.forEach((fn) => fn(true, true));
+    return;
+  }
   const fns = watchers.get(keyOf(event.kind, event.path));
   if (fns) [...fns].forEach((fn) => fn(event));
 }

@@ -76,6 +76,7 @@ class App {
   async recover() {
     this.applyLanguage(plain(await value('settings:/language').catch(() => null)));
     this.refreshAll();
+    this.player.refresh();
   }
 
   refreshAll() {
