@@ -52,7 +52,7 @@ bool isSettingPath(const CMPath& path)
 
 } // namespace
 
-SettingsStore::SettingsStore()
+SettingsStore::SettingsStore() : m_writer([this](const std::vector<SettingsChange>& changes) { write(changes); })
 {
     load();
 }
@@ -94,6 +94,7 @@ bool SettingsStore::setText(const QString& path, const QString& text, QString* e
     }
     const CMReply<QVariant> reply;
     setValue(CMPath(path), value, reply);
+    reply.waitForFinished();
     if (reply.hasError())
         *error = QStringLiteral("%1: %2").arg(path, reply.error().message());
     return !reply.hasError();
@@ -133,26 +134,42 @@ void SettingsStore::setValue(const CMPath& path, const VexaValue& value, const C
     VexaValue clean;
     clean.insert(VexaValue::Type(), value.type());
     clean.insert(value.type(), value.value(value.type()));
+    // Answered by the writer once the change is on disk.
+    m_writer.queue(SettingsChange{path, clean, reply});
+}
 
-    const QString key = path.toEncoded();
-    {
-        // Announced under the lock so that listeners see changes in order.
-        QMutexLocker lock(&m_mutex);
-        const VexaValue old = m_values.contains(key) ? m_values.value(key) : defaults().value(key);
-        QHash<QString, VexaValue> values = m_values;
-        values.insert(key, clean);
-        QString error;
-        if (!save(values, &error)) {
-            LOG4CPLUS_ERROR(logger(), "Unable to save settings: " << error);
-            reply.setError(CMError(QStringLiteral("storageError"), CMError::DefaultTitle(),
-                                   TrString(QStringLiteral("The setting could not be saved"))));
-            return;
+void SettingsStore::write(const std::vector<SettingsChange>& changes)
+{
+    // Only this thread changes m_values: reading it needs no lock here.
+    QHash<QString, VexaValue> values = m_values;
+    for (const SettingsChange& change : changes)
+        values.insert(change.path.toEncoded(), change.value);
+    QString error;
+    if (!save(values, &error)) {
+        LOG4CPLUS_ERROR(logger(), "Unable to save settings: " << error);
+        for (const SettingsChange& change : changes) {
+            change.reply.setError(CMError(QStringLiteral("storageError"), CMError::DefaultTitle(),
+                                          TrString(QStringLiteral("The setting could not be saved"))));
         }
-        m_values = values;
-        if (old != clean)
-            emit CMRoot()->valueChanged(path, clean, old);
+        return;
     }
-    reply.setData(QVariant());
+    LOG4CPLUS_DEBUG(logger(), "Stored " << changes.size() << " change(s) with one write");
+    QHash<QString, VexaValue> before = values;
+    {
+        QMutexLocker lock(&m_mutex);
+        std::swap(m_values, before);
+    }
+    // Each change is announced from the value the one before it left; the
+    // single writer keeps the announcements in the order of the changes.
+    for (const SettingsChange& change : changes) {
+        const QString key = change.path.toEncoded();
+        const VexaValue old = before.contains(key) ? before.value(key) : defaults().value(key);
+        before.insert(key, change.value);
+        if (old != change.value)
+            emit CMRoot()->valueChanged(change.path, change.value, old);
+    }
+    for (const SettingsChange& change : changes)
+        change.reply.setData(QVariant());
 }
 
 void SettingsStore::load()

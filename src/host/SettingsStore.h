@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SettingsWriter.h"
+
 #include <CMAbstractWorker.h>
 
 #include <QHash>
@@ -8,8 +10,10 @@
 
 // The settings: every path under "settings:/" holds one value, read and
 // written from any thread. Values that were set are kept in
-// data-rw/settings.json, rewritten atomically on every change; values never
-// set read as their defaults.
+// data-rw/settings.json, rewritten atomically by the writer's thread; values
+// never set read as their defaults. A change is answered, read back and
+// announced only once the file holding it is on disk, so what was answered
+// survives a crash, and a read never waits for the disk.
 class SettingsStore : public CMAbstractWorker
 {
     Q_OBJECT
@@ -25,7 +29,8 @@ public:
     void invoke(const CMPath& path, const QVariant& value, const CMReply<QVariant>& reply) override;
 
     // Stores text as the setting at path, typed as the setting's default is
-    // (bool_, i32_, else string_); false with error set when it cannot.
+    // (bool_, i32_, else string_), and waits until it is on disk; false with
+    // error set when it cannot.
     bool setText(const QString& path, const QString& text, QString* error);
 
     static QString filePath();
@@ -35,7 +40,13 @@ private:
     void load();
     bool save(const QHash<QString, VexaValue>& values, QString* error) const;
     void moveAside(const QString& reason);
+    // On the writer's thread: stores a batch of changes with one write.
+    void write(const std::vector<SettingsChange>& changes);
 
+    // Guards m_values for readers; only the writer's thread changes it.
     mutable QMutex m_mutex;
+    // What is on disk.
     QHash<QString, VexaValue> m_values;
+    // Last: it is stopped, and what it still holds written, first.
+    SettingsWriter m_writer;
 };
