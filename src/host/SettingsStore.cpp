@@ -52,7 +52,7 @@ bool isSettingPath(const CMPath& path)
 
 } // namespace
 
-SettingsStore::SettingsStore() : m_writer([this](const std::vector<SettingsChange>& changes) { write(changes); })
+SettingsStore::SettingsStore() : m_writer([this](const SettingsWriter::Replies& replies) { write(replies); })
 {
     load();
 }
@@ -134,42 +134,45 @@ void SettingsStore::setValue(const CMPath& path, const VexaValue& value, const C
     VexaValue clean;
     clean.insert(VexaValue::Type(), value.type());
     clean.insert(value.type(), value.value(value.type()));
-    // Answered by the writer once the change is on disk.
-    m_writer.queue(SettingsChange{path, clean, reply});
+
+    const QString key = path.toEncoded();
+    {
+        // Announced under the lock so that listeners see changes in order.
+        QMutexLocker lock(&m_mutex);
+        const VexaValue old = m_values.contains(key) ? m_values.value(key) : defaults().value(key);
+        m_values.insert(key, clean);
+        if (old != clean)
+            emit CMRoot()->valueChanged(path, clean, old);
+    }
+    // Answered by the writer once a file holding the change is on disk.
+    m_writer.queue(reply);
 }
 
-void SettingsStore::write(const std::vector<SettingsChange>& changes)
+void SettingsStore::write(const SettingsWriter::Replies& replies)
 {
-    // Only this thread changes m_values: reading it needs no lock here.
-    QHash<QString, VexaValue> values = m_values;
-    for (const SettingsChange& change : changes)
-        values.insert(change.path.toEncoded(), change.value);
-    QString error;
-    if (!save(values, &error)) {
-        LOG4CPLUS_ERROR(logger(), "Unable to save settings: " << error);
-        for (const SettingsChange& change : changes) {
-            change.reply.setError(CMError(QStringLiteral("storageError"), CMError::DefaultTitle(),
-                                          TrString(QStringLiteral("The setting could not be saved"))));
-        }
-        return;
-    }
-    LOG4CPLUS_DEBUG(logger(), "Stored " << changes.size() << " change(s) with one write");
-    QHash<QString, VexaValue> before = values;
+    QHash<QString, VexaValue> values;
     {
+        // Every queued change is in the values already: they were set
+        // before their replies were queued.
         QMutexLocker lock(&m_mutex);
-        std::swap(m_values, before);
+        values = m_values;
     }
-    // Each change is announced from the value the one before it left; the
-    // single writer keeps the announcements in the order of the changes.
-    for (const SettingsChange& change : changes) {
-        const QString key = change.path.toEncoded();
-        const VexaValue old = before.contains(key) ? before.value(key) : defaults().value(key);
-        before.insert(key, change.value);
-        if (old != change.value)
-            emit CMRoot()->valueChanged(change.path, change.value, old);
+    QString error;
+    const bool saved = save(values, &error);
+    if (saved) {
+        LOG4CPLUS_DEBUG(logger(), "Stored " << replies.size() << " change(s) with one write");
+    } else {
+        // The values hold until the host stops, and the next write that
+        // succeeds stores them; the clients learn that they are not stored.
+        LOG4CPLUS_ERROR(logger(), "Unable to save settings: " << error);
     }
-    for (const SettingsChange& change : changes)
-        change.reply.setData(QVariant());
+    for (const CMReply<QVariant>& reply : replies) {
+        if (saved)
+            reply.setData(QVariant());
+        else
+            reply.setError(CMError(QStringLiteral("storageError"), CMError::DefaultTitle(),
+                                   TrString(QStringLiteral("The setting could not be saved"))));
+    }
 }
 
 void SettingsStore::load()

@@ -9,11 +9,11 @@
 #include <QString>
 
 // The settings: every path under "settings:/" holds one value, read and
-// written from any thread. Values that were set are kept in
-// data-rw/settings.json, rewritten atomically by the writer's thread; values
-// never set read as their defaults. A change is answered, read back and
-// announced only once the file holding it is on disk, so what was answered
-// survives a crash, and a read never waits for the disk.
+// written from any thread. A change holds at once (it is read back and
+// announced as it is set) and is answered once data-rw/settings.json, which
+// the writer's thread rewrites atomically, holds it on disk: what was
+// answered survives a crash, and neither reads nor the threads that set
+// values wait for the disk. Values never set read as their defaults.
 class SettingsStore : public CMAbstractWorker
 {
     Q_OBJECT
@@ -40,12 +40,11 @@ private:
     void load();
     bool save(const QHash<QString, VexaValue>& values, QString* error) const;
     void moveAside(const QString& reason);
-    // On the writer's thread: stores a batch of changes with one write.
-    void write(const std::vector<SettingsChange>& changes);
+    // On the writer's thread: stores the values as they are, then answers
+    // the changes whose replies are given.
+    void write(const SettingsWriter::Replies& replies);
 
-    // Guards m_values for readers; only the writer's thread changes it.
     mutable QMutex m_mutex;
-    // What is on disk.
     QHash<QString, VexaValue> m_values;
     // Last: it is stopped, and what it still holds written, first.
     SettingsWriter m_writer;

@@ -1,6 +1,6 @@
 #include "SettingsWriter.h"
 
-SettingsWriter::SettingsWriter(std::function<void(const std::vector<SettingsChange>&)> write)
+SettingsWriter::SettingsWriter(std::function<void(const Replies&)> write)
     : m_write(std::move(write)), m_thread([this]() { run(); })
 {
 }
@@ -15,11 +15,11 @@ SettingsWriter::~SettingsWriter()
     m_thread.join();
 }
 
-void SettingsWriter::queue(SettingsChange change)
+void SettingsWriter::queue(const CMReply<QVariant>& reply)
 {
     {
         std::lock_guard<std::mutex> lock(m_mutex);
-        m_queued.push_back(std::move(change));
+        m_queued.push_back(reply);
     }
     m_cond.notify_all();
 }
@@ -33,7 +33,7 @@ void SettingsWriter::run()
         // only once it is stored.
         if (m_queued.empty())
             return;
-        std::vector<SettingsChange> batch;
+        Replies batch;
         batch.swap(m_queued);
         lock.unlock();
         m_write(batch);

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <CMPath.h>
 #include <CMReply.h>
-#include <VexaValue.h>
 
 #include <QVariant>
 
@@ -12,38 +10,34 @@
 #include <thread>
 #include <vector>
 
-// One setting to store, and the reply that answers it once it is on disk.
-struct SettingsChange
-{
-    CMPath path;
-    VexaValue value;
-    CMReply<QVariant> reply;
-};
-
 // The thread the settings file is written on, so that no request thread
-// waits for the disk. Every change queued while a write runs is handed to
-// the next write together: a burst costs one write and one sync, however
-// many changes it holds.
+// waits for the disk. Each change queues the reply that answers it once it
+// is on disk; every reply queued while a write runs is handed to the next
+// write together: a burst costs one write and one sync, however many
+// changes it holds.
 class SettingsWriter
 {
 public:
-    // write gets each batch, oldest change first, on the writer's thread.
-    explicit SettingsWriter(std::function<void(const std::vector<SettingsChange>&)> write);
+    using Replies = std::vector<CMReply<QVariant>>;
+
+    // write stores the settings as they are and answers the replies, on the
+    // writer's thread.
+    explicit SettingsWriter(std::function<void(const Replies&)> write);
     // Writes what is still queued, then ends the thread.
     ~SettingsWriter();
 
     SettingsWriter(const SettingsWriter&) = delete;
     SettingsWriter& operator=(const SettingsWriter&) = delete;
 
-    void queue(SettingsChange change);
+    void queue(const CMReply<QVariant>& reply);
 
 private:
     void run();
 
-    const std::function<void(const std::vector<SettingsChange>&)> m_write;
+    const std::function<void(const Replies&)> m_write;
     std::mutex m_mutex;
     std::condition_variable m_cond;
-    std::vector<SettingsChange> m_queued;
+    Replies m_queued;
     bool m_quit = false;
     // Last: the thread starts once everything it uses exists.
     std::thread m_thread;
