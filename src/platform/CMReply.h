@@ -29,6 +29,11 @@ public:
     CMError error() const { return d->error(); }
     bool waitForFinished(int msecs = -1) const { return d->waitForFinished(msecs); }
     void onFinished(std::function<void()> fn) const { d->onFinished(std::move(fn)); }
+    // Withdrawing a queued request: see CMReplyData.
+    void setQueued() const { d->setQueued(); }
+    bool start() const { return d->start(); }
+    bool cancel(const CMError& error) const { return d->cancel(error); }
+    bool isCancelled() const { return d->isCancelled(); }
 
     // The data as a V, for a success handler that expects one; false, with
     // the wrong type reported, when the data is not a V.

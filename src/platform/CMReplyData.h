@@ -54,6 +54,45 @@ public:
         return true;
     }
 
+    // A request that waits in a worker's queue can be withdrawn until the
+    // worker takes it up: whoever stops waiting for the reply cancels it, the
+    // worker starts it. Only a queue that asks start() marks its requests
+    // queued, so that cancel() never claims to have stopped work it cannot stop.
+    void setQueued()
+    {
+        QMutexLocker lock(&m_mutex);
+        if (m_delivery == Delivery::Direct)
+            m_delivery = Delivery::Queued;
+    }
+    // False when the request was cancelled while queued: it must not run.
+    bool start()
+    {
+        QMutexLocker lock(&m_mutex);
+        if (m_delivery == Delivery::Cancelled)
+            return false;
+        m_delivery = Delivery::Started;
+        return true;
+    }
+    // Withdraws a request still waiting in its queue and completes the reply
+    // with error; false, changing nothing, when it was started, completed or
+    // never queued.
+    bool cancel(const CMError& error)
+    {
+        {
+            QMutexLocker lock(&m_mutex);
+            if (m_delivery != Delivery::Queued || m_finished)
+                return false;
+            m_delivery = Delivery::Cancelled;
+        }
+        complete(nullptr, &error);
+        return true;
+    }
+    bool isCancelled() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_delivery == Delivery::Cancelled;
+    }
+
     // Calls fn once the reply has completed: on the completing thread, or at
     // once on this thread when it already has.
     void onFinished(std::function<void()> fn)
@@ -69,6 +108,8 @@ public:
     }
 
 private:
+    enum class Delivery { Direct, Queued, Started, Cancelled };
+
     bool complete(const T* data, const CMError* error)
     {
         std::vector<std::function<void()>> callbacks;
@@ -95,6 +136,7 @@ private:
     QWaitCondition m_cond;
     bool m_finished = false;
     bool m_hasError = false;
+    Delivery m_delivery = Delivery::Direct;
     T m_data{};
     CMError m_error;
     std::vector<std::function<void()>> m_callbacks;

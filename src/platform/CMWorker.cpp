@@ -17,7 +17,16 @@ void CMWorker::setDataRequest(const CMSetDataRequest& request)
 void CMWorker::invoke(const CMPath& path, const QVariant& value, const CMReply<QVariant>& reply)
 {
     const CMSetDataRequest request(path, value, reply);
-    QMetaObject::invokeMethod(this, [this, request]() { setDataRequest(request); }, Qt::QueuedConnection);
+    // Whoever waits for the reply may give up while the request is still
+    // queued behind others; then it is dropped instead of carried out late.
+    reply.setQueued();
+    QMetaObject::invokeMethod(
+        this,
+        [this, request]() {
+            if (request.reply().start())
+                setDataRequest(request);
+        },
+        Qt::QueuedConnection);
 }
 
 void CMWorker::setValue(const CMPath& path, const VexaValue& value, const CMReply<QVariant>& reply)

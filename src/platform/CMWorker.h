@@ -26,7 +26,8 @@ public:
     virtual void setDataRequest(const CMSetDataRequest& request);
 
     // Delivers the request to setDataRequest through this worker's event loop,
-    // also when called on its own thread: an invocation never runs inside its caller.
+    // also when called on its own thread: an invocation never runs inside its
+    // caller. A request whose reply was cancelled while it waited is dropped.
     void invoke(const CMPath& path, const QVariant& value, const CMReply<QVariant>& reply) override;
     void setValue(const CMPath& path, const VexaValue& value, const CMReply<QVariant>& reply) override;
 
