@@ -2,6 +2,8 @@
 
 #include <VexaJson.h>
 
+#include <QSet>
+
 bool ApiInput::readPath(const QVariant& value, CMPath* path, QString* error)
 {
     if (value.userType() != QMetaType::QString) {
@@ -49,10 +51,14 @@ bool ApiInput::readInt(const QString& text, int min, int max, int* out, QString*
 QStringList ApiInput::readRoles(const QString& text)
 {
     QStringList roles;
+    // A role named again adds nothing: it is asked for and answered once.
+    QSet<QString> seen;
     for (const QString& part : text.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const QString role = part.trimmed();
-        if (!role.isEmpty())
+        if (!role.isEmpty() && !seen.contains(role)) {
+            seen.insert(role);
             roles.append(role);
+        }
     }
     if (roles.isEmpty() || roles.contains(QStringLiteral("*")))
         return {QStringLiteral("*")};

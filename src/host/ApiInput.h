@@ -18,7 +18,8 @@ public:
     static bool readPath(const QVariant& value, CMPath* path, QString* error);
     // A whole decimal number within [min, max].
     static bool readInt(const QString& text, int min, int max, int* out, QString* error);
-    // "R1,R2" in order, blanks dropped; empty or absent means every role ("*").
+    // "R1,R2" in order, blanks and repeats dropped; empty or absent means
+    // every role ("*").
     static QStringList readRoles(const QString& text);
     // A JSON object body.
     static bool readObject(const QByteArray& body, QVariantHash* object, QString* error);

@@ -22,6 +22,12 @@ public:
     static QString PayloadTooLargeName() { return QStringLiteral("payloadTooLarge"); }
     static QString InvalidSubscriptionName() { return QStringLiteral("invalidSubscription"); }
     static QString InternalErrorName() { return QStringLiteral("internalError"); }
+    static QString TooManyRolesName() { return QStringLiteral("tooManyRoles"); }
+    static QString TooManyCellsName() { return QStringLiteral("tooManyCells"); }
+    static QString AnswerTooLargeName() { return QStringLiteral("answerTooLarge"); }
+    static QString UriTooLongName() { return QStringLiteral("uriTooLong"); }
+    static QString IdempotencyKeyReusedName() { return QStringLiteral("idempotencyKeyReused"); }
+    static QString TooManyRequestsName() { return QStringLiteral("tooManyRequests"); }
 
     ApiResponse() = default;
     ApiResponse(int status, const QByteArray& body, const QByteArray& contentType = "application/json");

@@ -2,6 +2,7 @@
 
 #include "ApiRequest.h"
 #include "ApiResult.h"
+#include "IdempotencyKeys.h"
 
 #include <QAtomicInt>
 
@@ -12,8 +13,15 @@ class CMRootWorker;
 class ContentApi
 {
 public:
-    // The most rows one page carries: a longer range is cut, not refused.
+    // What one request may cost. A longer range of rows is cut to
+    // MaxPageRows, not refused; more roles, cells or answer bytes are
+    // refused with a 400 that names the limit. "*" weighs as every role a
+    // row can carry.
     static constexpr int MaxPageRows = 10000;
+    static constexpr int MaxRoles = 64;
+    static constexpr int StarRoles = 12;
+    static constexpr qint64 MaxCells = 100000;
+    static constexpr int MaxAnswerBytes = 16 * 1024 * 1024;
 
     explicit ContentApi(CMRootWorker* root);
 
@@ -21,10 +29,12 @@ public:
     ApiResult rows(const ApiRequest& request);
     // GET /api/v1/data?path=P&roles=R1,R2
     ApiResult data(const ApiRequest& request);
-    // POST /api/v1/data {"path": P, "value": V}
+    // POST /api/v1/data {"path": P, "value": V}, with an optional
+    // Idempotency-Key header that makes sending it again safe.
     ApiResult setData(const ApiRequest& request);
 
 private:
     CMRootWorker* m_root;
     QAtomicInt m_requestIndex;
+    IdempotencyKeys m_keys;
 };
