@@ -2,10 +2,15 @@
 
 #include <microhttpd.h>
 
-HttpExchange::HttpExchange(MHD_Connection* connection, const QByteArray& method, const QByteArray& url,
-                           int maxBodyBytes)
-    : m_connection(connection), m_method(method), m_url(url), m_maxBodyBytes(maxBodyBytes)
+HttpExchange::HttpExchange(MHD_Connection* connection, int targetBytes, int maxBodyBytes)
+    : m_connection(connection), m_targetBytes(targetBytes), m_maxBodyBytes(maxBodyBytes)
 {
+}
+
+void HttpExchange::setRequest(const QByteArray& method, const QByteArray& url)
+{
+    m_method = method;
+    m_url = url;
 }
 
 void HttpExchange::appendBody(const char* data, size_t size)

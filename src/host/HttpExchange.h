@@ -25,9 +25,14 @@ class HttpExchange
 public:
     enum class Stage { Receiving, Awaiting, Polling, Streaming, Answered };
 
-    HttpExchange(MHD_Connection* connection, const QByteArray& method, const QByteArray& url, int maxBodyBytes);
+    // Made as soon as the request line is read; targetBytes is the length of
+    // its whole target, query included.
+    HttpExchange(MHD_Connection* connection, int targetBytes, int maxBodyBytes);
 
     MHD_Connection* connection() const { return m_connection; }
+    int targetBytes() const { return m_targetBytes; }
+    // Known once the headers are read: empty until then.
+    void setRequest(const QByteArray& method, const QByteArray& url);
     const QByteArray& method() const { return m_method; }
     const QByteArray& url() const { return m_url; }
 
@@ -70,8 +75,9 @@ public:
 
 private:
     MHD_Connection* const m_connection;
-    const QByteArray m_method;
-    const QByteArray m_url;
+    const int m_targetBytes;
+    QByteArray m_method;
+    QByteArray m_url;
     const int m_maxBodyBytes;
     QByteArray m_body;
     bool m_bodyTooLarge = false;

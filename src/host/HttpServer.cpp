@@ -4,6 +4,7 @@
 #include "ApiResponse.h"
 #include "ApiRouter.h"
 #include "HttpExchange.h"
+#include "ListenerHandover.h"
 #include "SubscriptionApi.h"
 #include "SubscriptionEvent.h"
 #include "SubscriptionHub.h"
@@ -13,14 +14,15 @@
 #include <log4cplus/loggingmacros.h>
 
 #include <QElapsedTimer>
+#include <QThread>
 
 #include <arpa/inet.h>
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstring>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
 
@@ -31,6 +33,8 @@ log4cplus::Logger logger()
 
 // How often subscriptions are checked for idleness.
 constexpr int kIdleSweepMs = 5000;
+// How long a stop waits for connections that have not sent a request yet.
+constexpr int kRequestGraceMs = 250;
 
 // What a stream's content reader needs: the server and the exchange, kept
 // alive until the library frees the response.
@@ -71,12 +75,6 @@ QString clientAddress(MHD_Connection* connection)
     return QString::fromLatin1(text);
 }
 
-ApiResponse timeoutResponse()
-{
-    return ApiResponse::error(504, CMError::TimeoutName(), QStringLiteral("Timeout"),
-                              QStringLiteral("The reply did not come in time"));
-}
-
 } // namespace
 
 HttpServer::HttpServer(CMRootWorker* root, int replyTimeoutMs, int maxBodyBytes)
@@ -104,7 +102,9 @@ bool HttpServer::start(const QString& address, quint16 port, QString* error)
     }
     sockaddr_storage storage;
     std::memset(&storage, 0, sizeof(storage));
-    unsigned int flags = MHD_USE_AUTO_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ERROR_LOG;
+    // epoll, so that a quiesced listening socket is out of every thread's
+    // set at once and may be closed before the daemon stops.
+    unsigned int flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ERROR_LOG;
     const QByteArray host = address.toLatin1();
     auto* v4 = reinterpret_cast<sockaddr_in*>(&storage);
     auto* v6 = reinterpret_cast<sockaddr_in6*>(&storage);
@@ -127,9 +127,12 @@ bool HttpServer::start(const QString& address, quint16 port, QString* error)
                                 MHD_OPTION_EXTERNAL_LOGGER, &HttpServer::onLog, this,
                                 MHD_OPTION_SOCK_ADDR, reinterpret_cast<sockaddr*>(&storage),
                                 MHD_OPTION_THREAD_POOL_SIZE, static_cast<unsigned int>(PoolThreads),
+                                MHD_OPTION_URI_LOG_CALLBACK, &HttpServer::onRequestLine, this,
                                 MHD_OPTION_NOTIFY_COMPLETED, &HttpServer::onCompleted, this,
                                 MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned int>(60),
-                                MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned int>(4000),
+                                MHD_OPTION_CONNECTION_LIMIT, MaxConnections,
+                                MHD_OPTION_PER_IP_CONNECTION_LIMIT, MaxConnectionsPerAddress,
+                                MHD_OPTION_CONNECTION_MEMORY_LIMIT, MemoryPerConnection,
                                 MHD_OPTION_END);
     if (!m_daemon) {
         *error = QStringLiteral("cannot listen on %1 port %2: %3")
@@ -150,9 +153,19 @@ void HttpServer::stop()
     if (!m_daemon)
         return;
     m_stopping = true;
-    m_listenSocket = MHD_quiesce_daemon(m_daemon);
+    const int listenSocket = MHD_quiesce_daemon(m_daemon);
+    if (listenSocket >= 0) {
+        const int handed = ListenerHandover::close(listenSocket, m_daemon);
+        LOG4CPLUS_INFO(logger(), "Stopped accepting; " << handed << " waiting connections are still served");
+    }
     // Long polls answer with what they have, streams end.
     m_hub->wakeAll();
+    // A connection accepted a moment ago may not have sent its request yet:
+    // it gets a little time to, so that it is answered and not cut off.
+    QElapsedTimer grace;
+    grace.start();
+    while (grace.elapsed() < kRequestGraceMs && openConnections() > exchangeCount())
+        QThread::msleep(10);
     if (!waitForExchanges(m_replyTimeoutMs + 1000)) {
         // What is still waiting answers now, whatever it waits for: the
         // library must not be stopped with a connection suspended.
@@ -166,26 +179,33 @@ void HttpServer::stop()
     }
     MHD_stop_daemon(m_daemon);
     m_daemon = nullptr;
-    if (m_listenSocket >= 0)
-        ::close(m_listenSocket);
-    m_listenSocket = -1;
     LOG4CPLUS_INFO(logger(), "HTTP API stopped");
 }
 
-MHD_Result HttpServer::onAccess(void* cls, MHD_Connection* connection, const char* url, const char* method,
+void* HttpServer::onRequestLine(void* cls, const char* target, MHD_Connection* connection)
+{
+    // The exchange starts here, where the whole target is still in one piece
+    // and its length can be told.
+    auto* server = static_cast<HttpServer*>(cls);
+    auto exchange = std::make_shared<HttpExchange>(connection, int(qMin<size_t>(std::strlen(target), INT_MAX)),
+                                                   server->m_maxBodyBytes);
+    QMutexLocker lock(&server->m_exchangesMutex);
+    server->m_exchanges.insert(exchange.get());
+    return new ExchangePtr(exchange);
+}
+
+MHD_Result HttpServer::onAccess(void* cls, MHD_Connection*, const char* url, const char* method,
                                 const char*, const char* uploadData, size_t* uploadDataSize, void** conCls)
 {
     auto* server = static_cast<HttpServer*>(cls);
-    if (!*conCls) {
-        auto exchange = std::make_shared<HttpExchange>(connection, QByteArray(method), QByteArray(url), server->m_maxBodyBytes);
-        {
-            QMutexLocker lock(&server->m_exchangesMutex);
-            server->m_exchanges.insert(exchange.get());
-        }
-        *conCls = new ExchangePtr(exchange);
+    if (!*conCls)
+        return MHD_NO;
+    const ExchangePtr exchange = *static_cast<ExchangePtr*>(*conCls);
+    if (exchange->method().isEmpty()) {
+        // The headers are in; the body, if any, follows in the next calls.
+        exchange->setRequest(QByteArray(method), QByteArray(url));
         return MHD_YES;
     }
-    const ExchangePtr exchange = *static_cast<ExchangePtr*>(*conCls);
     if (*uploadDataSize) {
         exchange->appendBody(uploadData, *uploadDataSize);
         *uploadDataSize = 0;
@@ -235,6 +255,10 @@ void HttpServer::onLog(void*, const char* format, va_list args)
 
 MHD_Result HttpServer::begin(const ExchangePtr& exchange)
 {
+    if (exchange->targetBytes() > MaxTargetBytes)
+        return respond(exchange, ApiResponse::error(414, ApiResponse::UriTooLongName(), QStringLiteral("URI too long"),
+                                                    QStringLiteral("Request targets are limited to %1 bytes")
+                                                        .arg(MaxTargetBytes)));
     if (exchange->bodyTooLarge())
         return respond(exchange, ApiResponse::error(413, ApiResponse::PayloadTooLargeName(),
                                                     QStringLiteral("Payload too large"),
@@ -320,10 +344,35 @@ MHD_Result HttpServer::continueAwait(const ExchangePtr& exchange)
         if (exchange->result().reply().isFinished())
             return respond(exchange, exchange->result().complete());
         if (exchange->timedOut() || m_forceAnswer)
-            return respond(exchange, timeoutResponse());
+            return respond(exchange, timeoutResponse(exchange));
         if (exchange->suspendUnlessWoken())
             return MHD_YES;
     }
+}
+
+ApiResponse HttpServer::timeoutResponse(const ExchangePtr& exchange) const
+{
+    const CMError timeout(CMError::TimeoutName(), QStringLiteral("Timeout"),
+                          TrString(QStringLiteral("The reply did not come within %1 ms").arg(m_replyTimeoutMs)));
+    // A command still queued in its module is withdrawn; one already started
+    // cannot be stopped, and the client must know it may still happen.
+    if (exchange->result().reply().cancel(timeout)) {
+        LOG4CPLUS_INFO(logger(), exchange->method().constData() << " " << exchange->url().constData()
+                                                               << ": withdrawn before it started");
+        return ApiResponse::error(504, CMError::TimeoutName(), QStringLiteral("Timeout"),
+                                  QStringLiteral("The command did not start within %1 ms and was withdrawn: it will not "
+                                                 "be carried out, and sending it again is safe")
+                                      .arg(m_replyTimeoutMs));
+    }
+    if (exchange->method() == "POST")
+        return ApiResponse::error(
+            504, CMError::TimeoutName(), QStringLiteral("Timeout"),
+            QStringLiteral("The command did not finish within %1 ms and may still be carried out. To retry safely, "
+                           "send commands with an Idempotency-Key header and repeat one with the same key: the "
+                           "retry answers the first one's outcome, waiting for it if need be, instead of running "
+                           "the command again")
+                .arg(m_replyTimeoutMs));
+    return ApiResponse::fromError(timeout);
 }
 
 MHD_Result HttpServer::continuePoll(const ExchangePtr& exchange)
@@ -468,6 +517,18 @@ void HttpServer::scheduleIdleSweep()
             LOG4CPLUS_DEBUG(logger(), "Dropped " << dropped << " idle subscriptions");
         scheduleIdleSweep();
     });
+}
+
+int HttpServer::openConnections() const
+{
+    const MHD_DaemonInfo* info = MHD_get_daemon_info(m_daemon, MHD_DAEMON_INFO_CURRENT_CONNECTIONS);
+    return info ? int(info->num_connections) : 0;
+}
+
+int HttpServer::exchangeCount()
+{
+    QMutexLocker lock(&m_exchangesMutex);
+    return m_exchanges.size();
 }
 
 bool HttpServer::waitForExchanges(int msecs)

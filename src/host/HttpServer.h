@@ -26,6 +26,15 @@ class HttpServer
 {
 public:
     static constexpr int PoolThreads = 4;
+    // Connections in all, and from one address: one client cannot take the
+    // slots of every other.
+    static constexpr unsigned int MaxConnections = 4000;
+    static constexpr unsigned int MaxConnectionsPerAddress = 1000;
+    // The longest request target (path and query) taken; a longer one is
+    // answered 414. Each connection may use MemoryPerConnection for the
+    // request line and headers, room for such a target with headers.
+    static constexpr int MaxTargetBytes = 16 * 1024;
+    static constexpr size_t MemoryPerConnection = 128 * 1024;
     // An open stream sends a comment line this often, so that proxies and
     // clients see it alive and a vanished client is noticed.
     static constexpr int KeepAliveMs = 15000;
@@ -39,7 +48,8 @@ public:
 
     // Listens on address (IPv4 or IPv6 literal) and port (0: any free port).
     bool start(const QString& address, quint16 port, QString* error);
-    // Stops accepting, answers the requests in flight (long polls with what
+    // Stops accepting (new connections are refused, those already waiting
+    // are served), answers the requests in flight (long polls with what
     // they have, module calls when their reply or timeout comes), ends the
     // streams, then shuts down. Safe to call twice.
     void stop();
@@ -51,6 +61,7 @@ public:
 private:
     using ExchangePtr = std::shared_ptr<HttpExchange>;
 
+    static void* onRequestLine(void* cls, const char* target, MHD_Connection* connection);
     static MHD_Result onAccess(void* cls, MHD_Connection* connection, const char* url, const char* method,
                                const char* version, const char* uploadData, size_t* uploadDataSize, void** conCls);
     static void onCompleted(void* cls, MHD_Connection* connection, void** conCls,
@@ -71,8 +82,12 @@ private:
     void completed(const ExchangePtr& exchange);
     void scheduleKeepAlive(const std::weak_ptr<HttpExchange>& exchange);
     void scheduleIdleSweep();
+    int openConnections() const;
+    int exchangeCount();
     // Waits until no exchange is left or msecs passed; true when none is left.
     bool waitForExchanges(int msecs);
+
+    ApiResponse timeoutResponse(const ExchangePtr& exchange) const;
 
     CMRootWorker* m_root;
     const int m_replyTimeoutMs;
@@ -81,7 +96,6 @@ private:
     std::unique_ptr<SubscriptionHub> m_hub;
     std::unique_ptr<ApiRouter> m_router;
     MHD_Daemon* m_daemon = nullptr;
-    int m_listenSocket = -1;
     quint16 m_port = 0;
     std::atomic<bool> m_stopping{false};
     // Set when stopping has waited long enough: every waiting request answers.
