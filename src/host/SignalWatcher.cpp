@@ -9,9 +9,11 @@
 namespace {
 
 int g_pipe[2] = {-1, -1};
+volatile std::sig_atomic_t g_stopPending = 0;
 
 void onSignal(int number)
 {
+    g_stopPending = 1;
     const char byte = char(number);
     // Nothing to do if the pipe is full: a stop is pending anyway.
     [[maybe_unused]] const ssize_t n = ::write(g_pipe[1], &byte, 1);
@@ -39,6 +41,11 @@ SignalWatcher::~SignalWatcher()
 {
     std::signal(SIGINT, SIG_DFL);
     std::signal(SIGTERM, SIG_DFL);
+}
+
+bool SignalWatcher::stopPending() const
+{
+    return g_stopPending != 0;
 }
 
 void SignalWatcher::on_notifier_activated()

@@ -23,6 +23,8 @@
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
+    // First of all, so that a stop asked for while starting is a clean one.
+    SignalWatcher signalWatcher;
     HostOptions options;
     options.modulesDir = QStringLiteral(VEXA_DEFAULT_MODULES_DIR);
     QString error;
@@ -63,6 +65,11 @@ int main(int argc, char* argv[])
     ModuleLoader modules;
     modules.loadAll(options.modulesDir, {SettingsStore::prefix(), PowerManager::prefix(), PlayerWorker::prefix()});
 
+    if (signalWatcher.stopPending()) {
+        LOG4CPLUS_INFO(logger, "Stopped while starting");
+        modules.stopAll();
+        return 0;
+    }
     HttpServer server(CMRoot(), options.replyTimeoutMs, options.maxBodyBytes);
     if (!server.start(options.listenAddress, options.port, &error)) {
         LOG4CPLUS_FATAL(logger, "Cannot listen on " << options.listenAddress << ":" << options.port << ": " << error);
@@ -72,7 +79,8 @@ int main(int argc, char* argv[])
     LOG4CPLUS_INFO(logger, "Serving on " << options.listenAddress << ":" << server.port() << " in " << QDir::currentPath());
 
     MemoryTrimmer trimmer;
-    SignalWatcher signalWatcher;
+    // A signal that came after the check above is waiting in the watcher and
+    // is delivered as soon as the event loop runs.
     QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, &app, [&](int number) {
         LOG4CPLUS_INFO(logger, "Signal " << number << ": stopping");
         server.stop();
