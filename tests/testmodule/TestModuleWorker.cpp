@@ -54,6 +54,11 @@ void TestModuleWorker::handle(const CMSetDataRequest& request)
     } else if (command == QLatin1String("/slow")) {
         const CMVoidReply reply = request.reply();
         QTimer::singleShot(value.value(QStringLiteral("ms")).toInt(), this, [reply]() { reply.setData(true); });
+    } else if (command == QLatin1String("/count")) {
+        // Holds the worker's thread for a while, as a long command does, and
+        // answers how many times it was carried out.
+        QThread::msleep(static_cast<unsigned long>(value.value(QStringLiteral("ms")).toInt()));
+        request.reply().setData(++m_counted);
     } else if (command == QLatin1String("/prepare-items")) {
         // Each content path becomes one track whose title names the path.
         QVariantList items;

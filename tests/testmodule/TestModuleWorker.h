@@ -21,4 +21,5 @@ private:
 
     TestItemsNode* m_items = nullptr;
     TestPlayLogic* m_playLogic = nullptr;
+    int m_counted = 0;
 };
