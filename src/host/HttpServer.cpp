@@ -198,6 +198,7 @@ MHD_Result HttpServer::onAccess(void* cls, MHD_Connection*, const char* url, con
                                 const char*, const char* uploadData, size_t* uploadDataSize, void** conCls)
 {
     auto* server = static_cast<HttpServer*>(cls);
+    // onRequestLine gave every request its exchange; without one, drop the connection.
     if (!*conCls)
         return MHD_NO;
     const ExchangePtr exchange = *static_cast<ExchangePtr*>(*conCls);
