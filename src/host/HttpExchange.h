@@ -3,6 +3,7 @@
 #include "ApiResult.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <atomic>
@@ -73,6 +74,16 @@ public:
     // Stream bytes produced but not yet handed to the connection.
     QByteArray& pendingStream() { return m_pendingStream; }
 
+    // A poll that waited for events and got some gathers for a moment more:
+    // the events it took meanwhile are held here, and the wake-ups of new
+    // events are left to the gathering's timer, which ends it.
+    enum class Gathering { NotYet, Running, Over };
+    bool pollWaited() const { return m_pollWaited; }
+    void setPollWaited() { m_pollWaited = true; }
+    Gathering gathering() const { return m_gathering; }
+    void setGathering(Gathering state) { m_gathering = state; }
+    QList<QByteArray>& heldEvents() { return m_heldEvents; }
+
 private:
     MHD_Connection* const m_connection;
     const int m_targetBytes;
@@ -94,4 +105,7 @@ private:
     std::atomic<quint64> m_timerId{0};
     quint64 m_waiterToken = 0;
     QByteArray m_pendingStream;
+    bool m_pollWaited = false;
+    std::atomic<Gathering> m_gathering{Gathering::NotYet};
+    QList<QByteArray> m_heldEvents;
 };

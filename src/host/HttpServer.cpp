@@ -293,7 +293,8 @@ MHD_Result HttpServer::begin(const ExchangePtr& exchange)
 
     const std::weak_ptr<HttpExchange> weak = exchange;
     const quint64 token = m_hub->addWaiter(result.subscription(), [weak]() {
-        if (const auto e = weak.lock())
+        const auto e = weak.lock();
+        if (e && e->gathering() != HttpExchange::Gathering::Running)
             e->wake();
     });
     if (!token)
@@ -384,8 +385,32 @@ MHD_Result HttpServer::continuePoll(const ExchangePtr& exchange)
         QList<QByteArray> events;
         if (!m_hub->takeEvents(id, &events))
             return respond(exchange, SubscriptionApi::unknownSubscription(id));
-        if (!events.isEmpty() || exchange->timedOut() || m_stopping)
-            return respond(exchange, ApiResponse(200, SubscriptionEvent::list(events)));
+        QList<QByteArray>& held = exchange->heldEvents();
+        held += events;
+        const bool answer = exchange->timedOut() || m_stopping;
+        if (!held.isEmpty() && exchange->pollWaited() && !answer
+            && exchange->gathering() != HttpExchange::Gathering::Over) {
+            // Events came while the poll waited. A command's changes come as
+            // a few events in a row, and commands follow each other: a
+            // moment more answers them together instead of waking the client
+            // for each, which under many subscribers costs more than the work.
+            if (exchange->gathering() == HttpExchange::Gathering::NotYet) {
+                exchange->setGathering(HttpExchange::Gathering::Running);
+                const std::weak_ptr<HttpExchange> weak = exchange;
+                m_timers->schedule(GatherEventsMs, [weak]() {
+                    if (const auto e = weak.lock()) {
+                        e->setGathering(HttpExchange::Gathering::Over);
+                        e->wake();
+                    }
+                });
+            }
+            if (exchange->suspendUnlessWoken())
+                return MHD_YES;
+            continue;
+        }
+        if (!held.isEmpty() || answer)
+            return respond(exchange, ApiResponse(200, SubscriptionEvent::list(held)));
+        exchange->setPollWaited();
         if (exchange->suspendUnlessWoken())
             return MHD_YES;
     }

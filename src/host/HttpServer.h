@@ -41,6 +41,8 @@ public:
     // An open stream sends a comment line this often, so that proxies and
     // clients see it alive and a vanished client is noticed.
     static constexpr int KeepAliveMs = 15000;
+    // How long a poll that waited gathers events once the first came.
+    static constexpr int GatherEventsMs = 10;
 
     // Bodies above maxBodyBytes are refused with 413.
     HttpServer(CMRootWorker* root, int replyTimeoutMs, int maxBodyBytes);
