@@ -9,6 +9,7 @@
 //
 // Usage: bench_load [SECONDS]   (default: 30)
 
+#include "BenchFigures.h"
 #include "BenchHost.h"
 
 #include <ApiCalls.h>
@@ -27,7 +28,7 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace BenchFigures;
 
 const int kPollers = 200;
 const int kStreams = 50;
@@ -42,19 +43,6 @@ const double kTargetMemoryGrowth = 1.2;
 QString addressOf(int client)
 {
     return QStringLiteral("127.0.0.%1").arg(2 + client % kAddresses);
-}
-
-double msSince(Clock::time_point start)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double percentile(std::vector<double> values, int p)
-{
-    if (values.empty())
-        return 0;
-    std::sort(values.begin(), values.end());
-    return values[std::min(values.size() - 1, values.size() * size_t(p) / 100)];
 }
 
 QByteArray track(int i)

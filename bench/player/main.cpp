@@ -5,6 +5,7 @@
 // player runs in this process with fakesink, driven by the test module's
 // play logic on a worker thread of its own, as a module's would be.
 
+#include "BenchFigures.h"
 #include "GstPlayer.h"
 #include "MediaFiles.h"
 #include "RecordingPlayLogic.h"
@@ -23,7 +24,7 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace BenchFigures;
 
 constexpr int kRounds = 7;
 constexpr double kTargetMs = 50.0;
@@ -55,12 +56,6 @@ double timeToFirstBuffer(Action action)
         std::this_thread::sleep_for(std::chrono::microseconds(200));
     }
     return std::chrono::duration<double, std::milli>(Clock::duration(g_firstBuffer.load()) - start.time_since_epoch()).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 double cpuSeconds()

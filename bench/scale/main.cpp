@@ -8,6 +8,7 @@
 //
 // Usage: bench_scale [SIZE ...]   (default: 1000 10000 100000)
 
+#include "BenchFigures.h"
 #include "BenchHost.h"
 #include "FloorStore.h"
 
@@ -28,29 +29,13 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace BenchFigures;
 
 const int kRuns = 3;
 const int kPageRows = 50;
 const double kPageSeconds = 2.0;
 // The store's own settings, so that the floor commits as the module does.
 const QStringList kStorePragmas = {QStringLiteral("PRAGMA journal_mode=WAL;"), QStringLiteral("PRAGMA synchronous=NORMAL;")};
-
-double msSince(Clock::time_point start)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
-double percentile(std::vector<double>& sorted, int p)
-{
-    return sorted.empty() ? 0 : sorted[std::min(sorted.size() - 1, sorted.size() * p / 100)];
-}
 
 // The roles a library module would give a track, as JSON text.
 QByteArray trackRoles(int i)
