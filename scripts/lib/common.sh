@@ -9,7 +9,7 @@ VEXA_PACKAGES=(
   qtbase5-dev qttools5-dev qttools5-dev-tools
   libsqlite3-dev liblog4cplus-dev libmicrohttpd-dev libtag1-dev
   libgtest-dev libgmock-dev libbenchmark-dev clang libclang-rt-14-dev
-  libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+  libgstreamer1.0-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good glib-networking
   gstreamer1.0-alsa gstreamer1.0-pulseaudio
 )

@@ -4,8 +4,6 @@
 
 #include <VexaLog.h>
 
-#include <gst/audio/streamvolume.h>
-
 #include <mutex>
 
 namespace {
@@ -92,7 +90,7 @@ bool GstPlayer::makePipeline(const QString& audioSink)
     }
     gst_object_ref_sink(m_playbin);
     g_object_set(m_playbin, "flags", kPlayFlagAudio | kPlayFlagSoftVolume, "audio-sink", m_sink, nullptr);
-    gst_stream_volume_set_volume(GST_STREAM_VOLUME(m_playbin), GST_STREAM_VOLUME_FORMAT_CUBIC, m_volume / 100.0);
+    applyVolume(m_volume);
     g_signal_connect(m_playbin, "about-to-finish", G_CALLBACK(&GstPlayer::onAboutToFinish), this);
     g_signal_connect(m_playbin, "source-setup", G_CALLBACK(&GstPlayer::onSourceSetup), this);
     return true;
@@ -214,7 +212,9 @@ void GstPlayer::seekTo(qint64 positionMs)
 
 void GstPlayer::applyVolume(int volume)
 {
-    gst_stream_volume_set_volume(GST_STREAM_VOLUME(m_playbin), GST_STREAM_VOLUME_FORMAT_CUBIC, volume / 100.0);
+    // A cubic scale, closer to what the ear hears than playbin's linear factor.
+    const double fraction = volume / 100.0;
+    g_object_set(m_playbin, "volume", fraction * fraction * fraction, nullptr);
 }
 
 void GstPlayer::refreshPosition()
