@@ -7,6 +7,7 @@
 #include <QThread>
 
 #include <arpa/inet.h>
+#include <csignal>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -32,54 +33,44 @@ bool HostProcess::start(QString* error)
     QString& why = error ? *error : ignored;
     if (!m_port)
         m_port = freePort();
-    m_process = std::make_unique<QProcess>();
-    m_process->setProgram(QStringLiteral(VEXA_HOST_BINARY));
-    m_process->setArguments(QStringList{QStringLiteral("--root"), m_root.path(), QStringLiteral("--listen"),
-                                        QStringLiteral("127.0.0.1:%1").arg(m_port), QStringLiteral("--modules"),
-                                        m_modules.path(), QStringLiteral("--log-level"), QStringLiteral("WARN")}
-                            + m_extraArguments);
+    // In a cross build, the emulator runs the host.
+    const QStringList command = QStringLiteral(VEXA_EMULATOR).split(QLatin1Char(' '), Qt::SkipEmptyParts)
+                              + QStringList{QStringLiteral(VEXA_HOST_BINARY), QStringLiteral("--root"), m_root.path(),
+                                            QStringLiteral("--listen"), QStringLiteral("127.0.0.1:%1").arg(m_port),
+                                            QStringLiteral("--modules"), m_modules.path(), QStringLiteral("--log-level"),
+                                            QStringLiteral("WARN")}
+                              + m_extraArguments;
     // A file, not a pipe: a chatty host must never block on a full pipe.
-    m_process->setStandardErrorFile(m_root.path() + QStringLiteral("/host.log"), QIODevice::Append);
-    m_process->setStandardOutputFile(m_root.path() + QStringLiteral("/host.log"), QIODevice::Append);
-    m_process->start();
+    if (!m_child.start(command, m_root.path() + QStringLiteral("/host.log"), &why))
+        return false;
     QElapsedTimer elapsed;
     elapsed.start();
-    while (m_process->waitForStarted(10000) && m_process->state() == QProcess::Running && elapsed.elapsed() < 15000) {
+    while (m_child.isRunning() && elapsed.elapsed() < 15000) {
         // A small answer, asked for often: starts are timed by this wait.
         if (client().get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value"), 2000).status == 200)
             return true;
         QThread::msleep(2);
     }
-    why = QStringLiteral("the host did not come up: ") + m_process->errorString() + QLatin1Char(' ')
-        + QString::fromLocal8Bit(log());
+    why = QStringLiteral("the host did not come up: ") + QString::fromLocal8Bit(log());
     return false;
 }
 
 bool HostProcess::stop()
 {
-    if (!m_process)
+    if (!m_child.isRunning())
         return false;
-    bool clean = false;
-    if (m_process->state() != QProcess::NotRunning) {
-        m_process->terminate();
-        if (!m_process->waitForFinished(30000)) {
-            m_process->kill();
-            m_process->waitForFinished(5000);
-        } else {
-            clean = m_process->exitStatus() == QProcess::NormalExit && m_process->exitCode() == 0;
-        }
-    }
-    m_process.reset();
-    return clean;
+    m_child.signal(SIGTERM);
+    if (m_child.waitForFinished(30000))
+        return m_child.exitedCleanly();
+    m_child.signal(SIGKILL);
+    m_child.waitForFinished(5000);
+    return false;
 }
 
 void HostProcess::kill()
 {
-    if (!m_process)
-        return;
-    m_process->kill();
-    m_process->waitForFinished(5000);
-    m_process.reset();
+    m_child.signal(SIGKILL);
+    m_child.waitForFinished(5000);
 }
 
 bool HostProcess::restart(QString* error)
@@ -90,7 +81,7 @@ bool HostProcess::restart(QString* error)
 
 bool HostProcess::isRunning() const
 {
-    return m_process && m_process->state() != QProcess::NotRunning;
+    return m_child.isRunning();
 }
 
 QByteArray HostProcess::log() const

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "ChildProcess.h"
 #include "HttpClient.h"
 
-#include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
-
-#include <memory>
 
 // The real vexa-host as a child process for a test: a temporary root, a
 // modules folder holding links to the modules the test asks for, a free
@@ -32,7 +30,7 @@ public:
     // Stops and starts again on the same root and port.
     bool restart(QString* error = nullptr);
     bool isRunning() const;
-    qint64 processId() const { return m_process ? m_process->processId() : 0; }
+    qint64 processId() const { return isRunning() ? m_child.pid() : 0; }
 
     quint16 port() const { return m_port; }
     QString root() const { return m_root.path(); }
@@ -52,5 +50,5 @@ private:
     QTemporaryDir m_modules;
     QStringList m_extraArguments;
     quint16 m_port = 0;
-    std::unique_ptr<QProcess> m_process;
+    ChildProcess m_child;
 };

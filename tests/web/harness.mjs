@@ -14,6 +14,11 @@ const env = (name) => {
   assert.ok(process.env[name], `${name} is set by CTest`);
   return process.env[name];
 };
+// A program of the build as a command: through the emulator in a cross build.
+const program = (name, args) => {
+  const emulator = (process.env.VEXA_EMULATOR ?? '').split(' ').filter(Boolean);
+  return [...emulator, env(name), ...args];
+};
 const { chromium } = createRequire(path.join(env('VEXA_WEB_TEST_DIR'), 'package.json'))('playwright-core');
 
 function freePort() {
@@ -30,7 +35,8 @@ export class Host {
   constructor({ timeScale = 1000, args = [] } = {}) {
     this.root = mkdtempSync(path.join(os.tmpdir(), 'vexa-web-'));
     this.args = ['--time-scale', String(timeScale), ...args];
-    execFileSync(env('VEXA_DEMO_MUSIC'), [path.join(this.root, 'music')], { stdio: 'ignore' });
+    const [demo, ...demoArgs] = program('VEXA_DEMO_MUSIC', [path.join(this.root, 'music')]);
+    execFileSync(demo, demoArgs, { stdio: 'ignore' });
   }
 
   get url() {
@@ -40,11 +46,10 @@ export class Host {
   async start() {
     this.port ??= await freePort();
     const log = openSync(path.join(this.root, 'host.log'), 'a');
-    this.process = spawn(
-      env('VEXA_HOST_BINARY'),
-      ['--root', this.root, '--listen', `127.0.0.1:${this.port}`, '--modules', env('VEXA_MODULES_DIR'), ...this.args],
-      { stdio: ['ignore', log, log] }
-    );
+    const [host, ...hostArgs] = program('VEXA_HOST_BINARY', [
+      '--root', this.root, '--listen', `127.0.0.1:${this.port}`, '--modules', env('VEXA_MODULES_DIR'), ...this.args,
+    ]);
+    this.process = spawn(host, hostArgs, { stdio: ['ignore', log, log] });
     closeSync(log);
     this.exited = new Promise((resolve) => this.process.once('exit', resolve));
     // Ready once the library's first scan found the demo tracks.
