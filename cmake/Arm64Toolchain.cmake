@@ -7,8 +7,14 @@
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
-set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
-set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
+# GCC unless a compiler is given (the fuzz targets are built by clang, with
+# CMAKE_CXX_COMPILER_TARGET naming the triple).
+if(NOT CMAKE_C_COMPILER)
+  set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
+endif()
+if(NOT CMAKE_CXX_COMPILER)
+  set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
+endif()
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
 
 # pkg-config answers with the arm64 .pc files only.
