@@ -2,8 +2,10 @@
 # packages of the libraries installed beside the native ones (multiarch).
 # Qt's code generators (moc, rcc, lrelease) stay the native ones: the arm64
 # Qt config files name them by their arch-independent path.
-# Tests and build-time tools run under qemu-aarch64 (no binfmt needed); the
-# arm64 loader and libraries are found in their multiarch places of /.
+# Libraries are found in the arm64 multiarch folders (CMAKE_LIBRARY_ARCHITECTURE).
+# The tests, and the listing of their cases at build time, run under
+# qemu-aarch64 (no binfmt needed), which finds the arm64 loader and
+# libraries in their multiarch places of /.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
@@ -19,9 +21,6 @@ set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
 
 # pkg-config answers with the arm64 .pc files only.
 set(ENV{PKG_CONFIG_LIBDIR} /usr/lib/aarch64-linux-gnu/pkgconfig:/usr/share/pkgconfig)
-
-# Libraries and headers of the target only; programs (the Qt tools) of the build machine.
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 
 # What the packages are for, in Debian's words.
 set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE arm64)
