@@ -1,6 +1,7 @@
 #include "ApiCalls.h"
 #include "ApiRouter.h"
 #include "EventStreamReader.h"
+#include "HostFixture.h"
 #include "HostProcess.h"
 
 #include <VexaJson.h>
@@ -22,33 +23,8 @@ QVariant json(const char* text)
     return VexaJson::parse(text, nullptr);
 }
 
-// The real host with the test module, over HTTP.
-class HostApi : public ::testing::Test
+class HostApi : public HostFixture
 {
-protected:
-    void SetUp() override
-    {
-        QString error;
-        ASSERT_TRUE(m_host.start(&error)) << error.toStdString();
-    }
-
-    // The port is known once the host started.
-    ApiCalls api() const { return ApiCalls(m_host.client()); }
-
-    // Makes the test module emit a rows notification.
-    void notify(const char* notification) const
-    {
-        const HttpReply reply = api().setData(QStringLiteral("testmod:/notify"), json(notification));
-        ASSERT_EQ(reply.status, 200) << reply.body.constData();
-    }
-    QVariantList pollNow(const QString& id) const
-    {
-        const HttpReply reply = api().poll(id, 0);
-        EXPECT_EQ(reply.status, 200) << reply.body.constData();
-        return reply.json().toList();
-    }
-
-    HostProcess m_host;
 };
 
 QVariantHash valueOf(const HttpReply& reply)
@@ -159,14 +135,14 @@ TEST_F(HostApi, ValueChangesRowsResetsAndInsertsReachLongPollsAndStreams)
 
     // A poll already waiting is answered by the notification.
     const auto waiting = m_host.client().send("GET", api().pollTarget(polled, 30), QByteArray());
-    notify(R"({"path": "testmod:/items", "kind": "reset"})");
+    notify(json(R"({"path": "testmod:/items", "kind": "reset"})"));
     const HttpReply first = HttpReply::read(*waiting, QDeadlineTimer(15000));
     ASSERT_EQ(first.status, 200);
     const QVariant reset = json(R"({"path": "testmod:/items", "kind": "rows", "change": "reset"})");
     EXPECT_EQ(first.json(), QVariantList{reset});
 
     ASSERT_EQ(api().setData(kItemLimit, ApiCalls::i32(123)).status, 200);
-    notify(R"({"path": "testmod:/items", "kind": "insert", "rows": [7, 8, 9]})");
+    notify(json(R"({"path": "testmod:/items", "kind": "insert", "rows": [7, 8, 9]})"));
     const QVariantList later = {
         json(R"({"path": "settings:/playlists/itemLimit", "kind": "value", "value": {"type": "i32_", "i32_": 123}})"),
         json(R"({"path": "testmod:/items", "kind": "rows", "change": "insert", "rows": [7, 8, 9]})")};

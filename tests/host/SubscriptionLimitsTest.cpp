@@ -1,5 +1,4 @@
-#include "ApiCalls.h"
-#include "HostProcess.h"
+#include "HostFixture.h"
 
 #include <VexaJson.h>
 
@@ -11,33 +10,15 @@ const QString kItemLimit = QStringLiteral("settings:/playlists/itemLimit");
 const QString kItems = QStringLiteral("testmod:/items");
 
 // The real host with the test module and its default limits, over HTTP.
-class HostSubscriptionLimits : public ::testing::Test
+class HostSubscriptionLimits : public HostFixture
 {
 protected:
-    void SetUp() override
-    {
-        QString error;
-        ASSERT_TRUE(m_host.start(&error)) << error.toStdString();
-    }
-
-    ApiCalls api() const { return ApiCalls(m_host.client()); }
-
     // Makes the test module announce rows inserted into its items list.
     void insert(const QVariantList& rows) const
     {
-        const QVariantHash notification{{QStringLiteral("path"), kItems}, {QStringLiteral("kind"), QStringLiteral("insert")},
-                                        {QStringLiteral("rows"), rows}};
-        ASSERT_EQ(api().setData(QStringLiteral("testmod:/notify"), notification).status, 200);
+        notify(QVariantHash{{QStringLiteral("path"), kItems}, {QStringLiteral("kind"), QStringLiteral("insert")},
+                            {QStringLiteral("rows"), rows}});
     }
-
-    QVariantList pollNow(const QString& id) const
-    {
-        const HttpReply reply = api().poll(id, 0);
-        EXPECT_EQ(reply.status, 200) << reply.body.constData();
-        return reply.json().toList();
-    }
-
-    HostProcess m_host;
 };
 
 void expectRefused(const HttpReply& reply, const char* name)
