@@ -23,12 +23,7 @@ QString roleNames(int count)
 // closed without an answer.
 int statusFrom(const QString& from, quint16 port)
 {
-    HttpSocket socket;
-    const QByteArray request = "GET /api/v1/data?path=settings%3A%2Flanguage&roles=value HTTP/1.1\r\n"
-                               "Host: 127.0.0.1\r\nConnection: close\r\n\r\n";
-    if (!socket.connectTo(QStringLiteral("127.0.0.1"), port, from) || !socket.sendAll(request))
-        return 0;
-    return HttpReply::read(socket, QDeadlineTimer(5000)).status;
+    return HttpClient(port, from).get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value"), 5000).status;
 }
 
 } // namespace
