@@ -89,7 +89,7 @@ private:
             after[created];
             m_inFlight = after;
             reply = m_pl.command("create-playlist", QVariantHash{{"name", created}});
-            m_uids.insert(created, reply.json().toHash().value("result").toHash().value("value").toHash().value("i32_").toInt());
+            m_uids.insert(created, PlaylistsApi::createdUid(reply));
             break;
         }
         case 1:

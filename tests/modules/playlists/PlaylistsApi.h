@@ -34,7 +34,10 @@ public:
     // The uid a create command answered; -1 when it did not answer one.
     int create(const QString& command, const QString& name) const
     {
-        const HttpReply reply = this->command(command, QVariantHash{{"name", name}});
+        return createdUid(this->command(command, QVariantHash{{"name", name}}));
+    }
+    static int createdUid(const HttpReply& reply)
+    {
         const QVariantHash value = reply.json().toHash().value("result").toHash().value("value").toHash();
         return reply.status == 200 && value.value("type") == "i32_" ? value.value("i32_").toInt() : -1;
     }
