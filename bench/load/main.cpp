@@ -11,6 +11,7 @@
 
 #include "BenchFigures.h"
 #include "BenchHost.h"
+#include "BenchTracks.h"
 
 #include <ApiCalls.h>
 #include <EventStreamReader.h>
@@ -43,14 +44,6 @@ const double kTargetMemoryGrowth = 1.2;
 QString addressOf(int client)
 {
     return QStringLiteral("127.0.0.%1").arg(2 + client % kAddresses);
-}
-
-QByteArray track(int i)
-{
-    const QByteArray n = QByteArray::number(i);
-    const QByteArray roles = "{\"title\":\"Load " + n + "\",\"type\":\"audio\",\"mediaData\":{\"resources\":[{\"uri\":"
-        "\"file:///music/" + n + ".flac\",\"duration\":200}]}}";
-    return "{\"vexaRoles\":\"" + QByteArray(roles).replace('"', "\\\"") + "\"}";
 }
 
 struct Sample
@@ -137,7 +130,7 @@ void LoadRun::editor(int client)
     QByteArray answer;
     for (int i = 0; !m_stop; ++i) {
         const QByteArray commandsOfOneRound[] = {
-            "{\"path\":\"playlists:/add-external-items\",\"value\":{\"plid\":0,\"items\":[" + track(client * 1000000 + i) + "]}}",
+            "{\"path\":\"playlists:/add-external-items\",\"value\":{\"plid\":0,\"items\":[" + BenchTracks::item(client * 1000000 + i) + "]}}",
             // Past the queue's first kQueueSize entries there is always one
             // added by this client and not yet removed.
             "{\"path\":\"playlists:/remove-items\",\"value\":{\"plid\":0,\"items\":[" + QByteArray::number(kQueueSize) + "]}}",
@@ -168,7 +161,7 @@ int LoadRun::run()
         BenchConnection setup(m_host.port());
         QByteArray items;
         for (int i = 0; i < kQueueSize; ++i)
-            items += (i ? "," : "") + track(i);
+            items += (i ? "," : "") + BenchTracks::item(i);
         if (m_host.post(setup, "playlists:/add-external-items", "{\"plid\":0,\"items\":[" + items + "]}") != 200
             || m_host.post(setup, "playlists:/create-playlist", "{\"name\":\"Load\"}") != 200) {
             std::fprintf(stderr, "bench_load: the queue could not be filled\n");

@@ -10,6 +10,7 @@
 
 #include "BenchFigures.h"
 #include "BenchHost.h"
+#include "BenchTracks.h"
 #include "FloorStore.h"
 
 #include <VexaJson.h>
@@ -37,16 +38,6 @@ const double kPageSeconds = 2.0;
 // The store's own settings, so that the floor commits as the module does.
 const QStringList kStorePragmas = {QStringLiteral("PRAGMA journal_mode=WAL;"), QStringLiteral("PRAGMA synchronous=NORMAL;")};
 
-// The roles a library module would give a track, as JSON text.
-QByteArray trackRoles(int i)
-{
-    const QByteArray n = QByteArray::number(i);
-    return "{\"title\":\"Track " + n + "\",\"type\":\"audio\",\"icon\":\"http://artwork.example/" + n
-        + ".jpg\",\"mediaData\":{\"metaData\":{\"artist\":\"Some Artist\",\"album\":\"Album " + QByteArray::number(i / 12)
-        + "\",\"genre\":\"Jazz\",\"serviceId\":\"library\"},\"resources\":[{\"uri\":\"file:///music/Some%20Artist/"
-        + n + ".flac\",\"duration\":" + QByteArray::number(180 + i % 120) + ",\"mimeType\":\"audio/flac\"}]}}";
-}
-
 // The value of add-external-items: count tracks appended to plid.
 QByteArray addValue(int plid, int count)
 {
@@ -55,8 +46,7 @@ QByteArray addValue(int plid, int count)
     for (int i = 0; i < count; ++i) {
         if (i > 0)
             value += ',';
-        // The roles travel as a JSON string inside the JSON value.
-        value += "{\"vexaRoles\":\"" + QByteArray(trackRoles(i)).replace('"', "\\\"") + "\"}";
+        value += BenchTracks::item(i);
     }
     return value + "]}";
 }
@@ -66,7 +56,7 @@ QList<VexaPlayListItem> floorItems(int count)
     QList<VexaPlayListItem> items;
     for (int i = 0; i < count; ++i) {
         VexaPlayListItem item;
-        item.setVexaRoles(QString::fromUtf8(trackRoles(i)));
+        item.setVexaRoles(QString::fromUtf8(BenchTracks::roles(i)));
         item.fillFromRoles();
         items.append(item);
     }
