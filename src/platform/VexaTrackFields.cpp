@@ -3,6 +3,8 @@
 #include "VexaJson.h"
 #include "VexaRoles.h"
 
+#include <limits>
+
 namespace {
 
 // Reads roles of the usual shape in one pass over the UTF-16 text, without
@@ -161,9 +163,16 @@ private:
             return true;
         if (fraction)
             return false;
-        bool ok = false;
-        *out = QString(reinterpret_cast<const QChar*>(start), int(m_p - start)).toInt(&ok);
-        return ok;
+        // At most 15 characters: the digits fit in 64 bits.
+        const bool negative = *start == '-';
+        qint64 value = 0;
+        for (const ushort* d = negative ? start + 1 : start; d != m_p; ++d)
+            value = value * 10 + (*d - '0');
+        value = negative ? -value : value;
+        if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max())
+            return false;
+        *out = int(value);
+        return true;
     }
 
     bool skip(int depth)
