@@ -67,7 +67,10 @@ done
 [ -n "$port" ] || fail "the installed host did not start serving"
 api="http://127.0.0.1:$port/api/v1"
 
-curl -sf "http://127.0.0.1:$port/" | grep -q '<html' || fail "no web app at /"
+# Read whole before it is looked at: grep -q stopping early would make curl
+# fail on a closed pipe, and pipefail the check.
+page="$(curl -sf "http://127.0.0.1:$port/")" || fail "no answer at /"
+[[ "$page" == *'<html'* ]] || fail "no web app at /"
 created="$(curl -sf -X POST "$api/data" -d '{"path": "playlists:/create-playlist", "value": {"name": "Installed"}}')"
 [[ "$created" == *'"i32_":1'* ]] || fail "create-playlist answered: $created"
 lists="$(curl -sf -G "$api/rows" --data-urlencode 'path=playlists:/lists' -d roles=title)"
