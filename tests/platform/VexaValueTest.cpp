@@ -90,7 +90,7 @@ TEST(VexaJson, ParsesScalarsAndReportsErrors)
     EXPECT_EQ(VexaJson::toJson(QVariant::fromValue(nullptr)), QByteArray("null"));
 
     // Text that is not strict JSON is refused whole.
-    for (const QByteArray bad : {QByteArray("[1,]"), QByteArray("{\"a\" 1}"), QByteArray("01"), QByteArray("1."),
+    for (const QByteArray& bad : {QByteArray("[1,]"), QByteArray("{\"a\" 1}"), QByteArray("01"), QByteArray("1."),
                                  QByteArray("\"\\x\""), QByteArray("\"\xc3\x28\""), QByteArray("\"\xed\xa0\x80\""),
                                  QByteArray("tru"), QByteArray(300, '[') + QByteArray(300, ']')}) {
         EXPECT_FALSE(VexaJson::parse(bad, &error).isValid()) << bad.constData();
