@@ -13,11 +13,48 @@ struct Entry
     QByteArray fingerprint;
     CMReply<QVariant> reply;
     qint64 sentMs = 0;
+    qint64 outcomeBytes = 0;
+    bool counted = false; // outcomeBytes holds the finished reply's size
 };
 
 QByteArray fingerprintOf(const QByteArray& body)
 {
     return QCryptographicHash::hash(body, QCryptographicHash::Sha256);
+}
+
+// The memory a command's outcome holds, near enough to bound the sum: the
+// texts and a fixed cost per value.
+qint64 bytesOf(const QVariant& value)
+{
+    constexpr qint64 perValue = 32;
+    switch (value.userType()) {
+    case QMetaType::QString:
+        return perValue + 2 * qint64(value.toString().size());
+    case QMetaType::QByteArray:
+        return perValue + value.toByteArray().size();
+    case QMetaType::QVariantList: {
+        qint64 bytes = perValue;
+        for (const QVariant& element : value.toList())
+            bytes += bytesOf(element);
+        return bytes;
+    }
+    case QMetaType::QVariantHash: {
+        const QVariantHash hash = value.toHash();
+        qint64 bytes = perValue;
+        for (auto it = hash.begin(); it != hash.end(); ++it)
+            bytes += perValue + 2 * qint64(it.key().size()) + bytesOf(it.value());
+        return bytes;
+    }
+    case QMetaType::QVariantMap: {
+        const QVariantMap map = value.toMap();
+        qint64 bytes = perValue;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            bytes += perValue + 2 * qint64(it.key().size()) + bytesOf(it.value());
+        return bytes;
+    }
+    default:
+        return perValue;
+    }
 }
 
 } // namespace
@@ -26,7 +63,25 @@ struct IdempotencyKeys::State
 {
     QMutex mutex;
     QHash<QByteArray, Entry> entries;
+    qint64 outcomeBytes = 0;
     QElapsedTimer clock;
+
+    QHash<QByteArray, Entry>::iterator forget(QHash<QByteArray, Entry>::iterator it)
+    {
+        outcomeBytes -= it->outcomeBytes;
+        return entries.erase(it);
+    }
+
+    // The oldest entry whose command has finished, other than keep's.
+    QHash<QByteArray, Entry>::iterator oldestFinished(const QByteArray& keep = QByteArray())
+    {
+        auto oldest = entries.end();
+        for (auto it = entries.begin(); it != entries.end(); ++it) {
+            if (it->reply.isFinished() && it.key() != keep && (oldest == entries.end() || it->sentMs < oldest->sentMs))
+                oldest = it;
+        }
+        return oldest;
+    }
 
     bool expired(const Entry& entry, qint64 nowMs) const
     {
@@ -37,18 +92,37 @@ struct IdempotencyKeys::State
     bool makeRoom(qint64 nowMs)
     {
         for (auto it = entries.begin(); it != entries.end();)
-            it = expired(it.value(), nowMs) ? entries.erase(it) : std::next(it);
+            it = expired(it.value(), nowMs) ? forget(it) : std::next(it);
         if (entries.size() < MaxKeys)
             return true;
-        auto oldest = entries.end();
-        for (auto it = entries.begin(); it != entries.end(); ++it) {
-            if (it->reply.isFinished() && (oldest == entries.end() || it->sentMs < oldest->sentMs))
-                oldest = it;
-        }
+        const auto oldest = oldestFinished();
         if (oldest == entries.end())
             return false;
-        entries.erase(oldest);
+        forget(oldest);
         return true;
+    }
+
+    // Counts the finished outcome of key's command, then drops the oldest
+    // others while the outcomes kept hold too much.
+    void countOutcome(const QByteArray& key)
+    {
+        // The entry may be a later command's under the same key, which counts itself.
+        const auto it = entries.find(key);
+        if (it == entries.end() || !it->reply.isFinished() || it->counted)
+            return;
+        if (it->reply.isCancelled()) {
+            forget(it);
+            return;
+        }
+        it->counted = true;
+        it->outcomeBytes = it->reply.hasError() ? bytesOf(it->reply.error().message()) : bytesOf(it->reply.data());
+        outcomeBytes += it->outcomeBytes;
+        while (outcomeBytes > MaxOutcomeBytes) {
+            const auto oldest = oldestFinished(key);
+            if (oldest == entries.end())
+                break;
+            forget(oldest);
+        }
     }
 };
 
@@ -75,7 +149,7 @@ IdempotencyKeys::Claim IdempotencyKeys::claim(const QByteArray& key, const QByte
     const qint64 nowMs = m_state->clock.elapsed();
     auto found = m_state->entries.find(key);
     if (found != m_state->entries.end() && m_state->expired(found.value(), nowMs)) {
-        m_state->entries.erase(found);
+        m_state->forget(found);
         found = m_state->entries.end();
     }
     if (found != m_state->entries.end()) {
@@ -92,13 +166,16 @@ IdempotencyKeys::Claim IdempotencyKeys::claim(const QByteArray& key, const QByte
     // The callback holds no reply: a reply that never completes keeps nothing alive.
     const std::weak_ptr<State> weak = m_state;
     reply->onFinished([weak, key]() {
-        const auto state = weak.lock();
-        if (!state)
-            return;
-        QMutexLocker lock(&state->mutex);
-        const auto it = state->entries.find(key);
-        if (it != state->entries.end() && it->reply.isCancelled())
-            state->entries.erase(it);
+        if (const auto state = weak.lock()) {
+            QMutexLocker lock(&state->mutex);
+            state->countOutcome(key);
+        }
     });
     return Claim::New;
+}
+
+qint64 IdempotencyKeys::outcomeBytes() const
+{
+    QMutexLocker lock(&m_state->mutex);
+    return m_state->outcomeBytes;
 }

@@ -11,7 +11,8 @@
 // command again without it being carried out twice: the retry gets the first
 // command's reply, finished or still running, instead of running it anew.
 // A bounded number of keys is kept, each for a bounded time after it was
-// first sent; a command withdrawn before it started is forgotten at once, so
+// first sent, and their finished outcomes within a bounded size (the oldest
+// go first); a command withdrawn before it started is forgotten at once, so
 // that its retry runs it.
 class IdempotencyKeys
 {
@@ -19,6 +20,9 @@ public:
     static constexpr int MaxKeys = 1000;
     static constexpr int KeepMs = 10 * 60 * 1000;
     static constexpr int MaxKeyBytes = 128;
+    // What the kept outcomes may hold in all. The newest is kept even when it
+    // alone is larger: its client is the one most likely to retry.
+    static constexpr qint64 MaxOutcomeBytes = 16 * 1024 * 1024;
 
     enum class Claim {
         New,      // an unknown key: run the command with *reply
@@ -34,6 +38,9 @@ public:
 
     // Looks key up for a command whose request body is body.
     Claim claim(const QByteArray& key, const QByteArray& body, CMReply<QVariant>* reply);
+
+    // The memory the finished outcomes kept now hold, as MaxOutcomeBytes counts it.
+    qint64 outcomeBytes() const;
 
 private:
     struct State;
