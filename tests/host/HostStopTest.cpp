@@ -2,11 +2,15 @@
 #include "HostProcess.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QThread>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <csignal>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -83,4 +87,26 @@ TEST(HostStop, SigtermAnswersWhatWasAcceptedAndRefusesWhatCameAfter)
     EXPECT_EQ(cutOff, 0) << answered << " answered, " << refused << " refused";
     EXPECT_GT(answered, 0);
     EXPECT_GT(refused, 0);
+}
+
+TEST(HostStop, SigtermWhileStartingStopsCleanlyWithoutServing)
+{
+    HostProcess host;
+    QDir root(host.root());
+    QFile(root.filePath(QStringLiteral("testmod-hold-start"))).open(QIODevice::WriteOnly);
+    QString error;
+    ASSERT_TRUE(host.launch(&error)) << error.toStdString();
+    QElapsedTimer waited;
+    waited.start();
+    while (!root.exists(QStringLiteral("testmod-holding")) && host.isRunning() && waited.elapsed() < 15000)
+        QThread::msleep(5);
+    ASSERT_TRUE(root.exists(QStringLiteral("testmod-holding")));
+
+    // The stop comes while the modules load; start-up then goes on to its end.
+    ::kill(pid_t(host.processId()), SIGTERM);
+    QThread::msleep(50);
+    ASSERT_TRUE(host.isRunning()) << "a stop while starting must not kill the host";
+    root.remove(QStringLiteral("testmod-hold-start"));
+    EXPECT_TRUE(host.stop()) << "the host exits by itself, with status 0";
+    EXPECT_EQ(host.client().get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value"), 500).status, 0);
 }

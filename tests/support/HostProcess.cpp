@@ -27,10 +27,8 @@ HostProcess::~HostProcess()
     stop();
 }
 
-bool HostProcess::start(QString* error)
+bool HostProcess::launch(QString* error)
 {
-    QString ignored;
-    QString& why = error ? *error : ignored;
     if (!m_port)
         m_port = freePort();
     // In a cross build, the emulator runs the host.
@@ -41,7 +39,15 @@ bool HostProcess::start(QString* error)
                                             QStringLiteral("WARN")}
                               + m_extraArguments;
     // A file, not a pipe: a chatty host must never block on a full pipe.
-    if (!m_child.start(command, m_root.path() + QStringLiteral("/host.log"), &why))
+    QString ignored;
+    return m_child.start(command, m_root.path() + QStringLiteral("/host.log"), error ? error : &ignored);
+}
+
+bool HostProcess::start(QString* error)
+{
+    QString ignored;
+    QString& why = error ? *error : ignored;
+    if (!launch(error))
         return false;
     QElapsedTimer elapsed;
     elapsed.start();
@@ -58,7 +64,7 @@ bool HostProcess::start(QString* error)
 bool HostProcess::stop()
 {
     if (!m_child.isRunning())
-        return false;
+        return m_child.exitedCleanly();
     m_child.signal(SIGTERM);
     if (m_child.waitForFinished(30000))
         return m_child.exitedCleanly();

@@ -23,7 +23,10 @@ public:
 
     // Starts the host and waits until it answers; false with *error set when it does not.
     bool start(QString* error = nullptr);
-    // SIGTERM, then waits for the exit; true when the host exited by itself with status 0.
+    // Starts the host without waiting for it.
+    bool launch(QString* error = nullptr);
+    // SIGTERM, then waits for the exit; true when the host exited by itself with status 0,
+    // also when it had already done so.
     bool stop();
     // SIGKILL, as a power cut would end it: nothing is closed or flushed.
     void kill();

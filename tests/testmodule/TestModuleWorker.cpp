@@ -8,15 +8,33 @@
 #include <VexaPlayListItem.h>
 #include <VexaRoles.h>
 
+#include <QElapsedTimer>
+#include <QFile>
 #include <QThread>
 #include <QTimer>
 
 TestModuleWorker::TestModuleWorker(const QHash<QString, QVariant>& parameters)
     : CMNodesWorker(parameters, QStringLiteral("TestModule"))
 {
+    holdStartWhileAsked();
     m_items = new TestItemsNode(CMPath(prefix() + QStringLiteral(":/items")));
     m_items->setNodes(nodes());
     m_playLogic = new TestPlayLogic(nodes(), CMPath(prefix() + QStringLiteral(":/playlogic")));
+}
+
+void TestModuleWorker::holdStartWhileAsked()
+{
+    // The host is started in its root: a test that made the first file there
+    // holds the host's start-up in this module until it removes that file,
+    // and learns from the second that the hold began.
+    const QString hold = QStringLiteral("testmod-hold-start");
+    if (!QFile::exists(hold))
+        return;
+    QFile(QStringLiteral("testmod-holding")).open(QIODevice::WriteOnly);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (QFile::exists(hold) && elapsed.elapsed() < 30000)
+        QThread::msleep(5);
 }
 
 void TestModuleWorker::setDataRequest(const CMSetDataRequest& request)

@@ -18,6 +18,7 @@ public:
 
 private:
     void handle(const CMSetDataRequest& request);
+    void holdStartWhileAsked();
 
     TestItemsNode* m_items = nullptr;
     TestPlayLogic* m_playLogic = nullptr;
