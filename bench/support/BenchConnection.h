@@ -19,6 +19,10 @@ public:
     // when the exchange failed.
     int request(const QByteArray& method, const QByteArray& target, const QByteArray& body, QByteArray* answer);
 
+    // The same in two steps, for a request whose making is not to be timed.
+    static QByteArray message(const QByteArray& method, const QByteArray& target, const QByteArray& body);
+    int send(const QByteArray& message, QByteArray* answer);
+
 private:
     quint16 m_port;
     QString m_from;

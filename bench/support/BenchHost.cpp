@@ -39,6 +39,10 @@ int BenchHost::post(BenchConnection& connection, const QByteArray& path, const Q
                     QByteArray* answer) const
 {
     QByteArray ignored;
-    const QByteArray body = "{\"path\":\"" + path + "\",\"value\":" + valueJson + '}';
-    return connection.request("POST", "/api/v1/data", body, answer ? answer : &ignored);
+    return connection.send(postMessage(path, valueJson), answer ? answer : &ignored);
+}
+
+QByteArray BenchHost::postMessage(const QByteArray& path, const QByteArray& valueJson)
+{
+    return BenchConnection::message("POST", "/api/v1/data", "{\"path\":\"" + path + "\",\"value\":" + valueJson + '}');
 }

@@ -31,6 +31,8 @@ public:
     // POST /api/v1/data {"path": path, "value": value}; the HTTP status.
     int post(BenchConnection& connection, const QByteArray& path, const QByteArray& valueJson,
              QByteArray* answer = nullptr) const;
+    // That request whole, for BenchConnection::send.
+    static QByteArray postMessage(const QByteArray& path, const QByteArray& valueJson);
 
 private:
     HostProcess m_process;
