@@ -2,6 +2,7 @@
 
 #include "PlayListsLog.h"
 #include "Sqlite3Statement.h"
+#include "StoreCheckpointer.h"
 
 #include <sqlite3.h>
 
@@ -15,6 +16,11 @@ const char* const kDatabaseFile = "data-rw/playlists/playlists.sqlite";
 
 // How long a write waits for another connection's lock before it fails.
 const int kBusyTimeoutMs = 5000;
+
+// The page cache a large command may fill, and what stays of it afterwards
+// (SQLite's default size): the rest goes back once the command is done.
+const char* const kCacheSizePragma = "PRAGMA cache_size=-16384;";
+const int kKeptCacheBytes = 2 * 1024 * 1024;
 
 } // namespace
 
@@ -47,6 +53,9 @@ Database::Database(int itemsLimit, bool vacuumNeeded)
     sqlite3_busy_timeout(m_db, kBusyTimeoutMs);
     execute("PRAGMA journal_mode=WAL;");
     execute("PRAGMA synchronous=NORMAL;");
+    // Room for the pages one large add or removal touches, so that they are
+    // not written to the log and read back while the command still runs.
+    execute(kCacheSizePragma);
 
     // Vacuuming needs no schema, and doing it before anything else is prepared
     // keeps it from competing with open statements.
@@ -61,10 +70,12 @@ Database::Database(int itemsLimit, bool vacuumNeeded)
 
     ensureTablesExist();
     prepareStatements();
+    m_checkpointer = std::make_unique<StoreCheckpointer>(m_db, kDatabaseFile);
 }
 
 Database::~Database()
 {
+    m_checkpointer.reset();
     // The statements are never finalized; close_v2 leaves the connection to
     // SQLite until they are gone.
     if (m_db)
@@ -88,18 +99,30 @@ int Database::beginImmediateTransaction()
 
 void Database::commitTransaction()
 {
-    // No other connection uses the file, so a busy or locked commit clears
-    // as soon as SQLite has finished with it.
+    // The other connections (the checkpointer, an outside reader) never keep
+    // the write lock, so a busy or locked commit clears as soon as SQLite has
+    // finished with it.
     int rc = execute("COMMIT;");
     while (rc > SQLITE_ERROR)
         rc = execute("COMMIT;");
     if (rc == SQLITE_ERROR)
         LOG4CPLUS_ERROR(PlayListsLog::logger(), "Commit transaction failed");
+    releaseLargeCache();
 }
 
 int Database::rollbackTransaction()
 {
-    return execute("ROLLBACK;");
+    const int rc = execute("ROLLBACK;");
+    releaseLargeCache();
+    return rc;
+}
+
+void Database::releaseLargeCache()
+{
+    int used = 0;
+    int highest = 0;
+    if (sqlite3_db_status(m_db, SQLITE_DBSTATUS_CACHE_USED, &used, &highest, 0) == SQLITE_OK && used > kKeptCacheBytes)
+        sqlite3_db_release_memory(m_db);
 }
 
 void Database::ensureTablesExist()

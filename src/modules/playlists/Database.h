@@ -9,8 +9,11 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 struct sqlite3;
 class Sqlite3Statement;
+class StoreCheckpointer;
 
 // The module's persistent store: one SQLite file with the playlists, the play
 // queue, their entries and the collections. Used from the worker's thread only.
@@ -93,10 +96,13 @@ signals:
 
 private:
     int execute(const char* sql);
+    // Gives back what a large command cached beyond the cache's usual size.
+    void releaseLargeCache();
     void readItem(Sqlite3Statement* statement, VexaPlayListItem& item);
     void readPlayList(Sqlite3Statement* statement, PlayListRecord& record);
 
     sqlite3* m_db = nullptr;
+    std::unique_ptr<StoreCheckpointer> m_checkpointer;
     int m_itemsLimit = 0;
     bool m_vacuumFlag = false;
 

@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QThread>
 
 #include <algorithm>
 #include <functional>
@@ -157,6 +160,20 @@ TEST_F(StoreTest, aFailureInsideAnOperationRollsEverythingBack)
     }
     EXPECT_EQ(pl->addItems(VexaPlayListAddPosition::Next, TestItems::make(3, "n")), 3);
     EXPECT_EQ(m_store.entries(pl->getUid()), numbered({"t0", "t1", "n0", "n1", "n2", "t2", "t3", "t4"}));
+}
+
+// The log a large commit filled is copied into the store's file in the
+// background: without another command, and without the log growing for ever.
+TEST_F(StoreTest, aLargeCommitReachesTheStoreFileWithoutAnotherCommand)
+{
+    const QString file = QStringLiteral("data-rw/playlists/playlists.sqlite");
+    const qint64 before = QFileInfo(file).size();
+    filled(30000);
+    QElapsedTimer waited;
+    waited.start();
+    while (QFileInfo(file).size() < before + 3 * 1024 * 1024 && waited.elapsed() < 10000)
+        QThread::msleep(10);
+    EXPECT_GE(QFileInfo(file).size(), before + 3 * 1024 * 1024);
 }
 
 // A store that cannot be opened ends the process rather than run without one.
