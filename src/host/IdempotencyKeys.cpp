@@ -24,36 +24,38 @@ QByteArray fingerprintOf(const QByteArray& body)
 
 // The memory a command's outcome holds, near enough to bound the sum: the
 // texts and a fixed cost per value.
+constexpr qint64 kBytesPerValue = 32;
+
+qint64 bytesOf(const QVariant& value);
+
+template <class Dictionary>
+qint64 bytesOfDictionary(const Dictionary& dictionary)
+{
+    qint64 bytes = kBytesPerValue;
+    for (auto it = dictionary.begin(); it != dictionary.end(); ++it)
+        bytes += kBytesPerValue + 2 * qint64(it.key().size()) + bytesOf(it.value());
+    return bytes;
+}
+
 qint64 bytesOf(const QVariant& value)
 {
-    constexpr qint64 perValue = 32;
     switch (value.userType()) {
     case QMetaType::QString:
-        return perValue + 2 * qint64(value.toString().size());
+        return kBytesPerValue + 2 * qint64(value.toString().size());
     case QMetaType::QByteArray:
-        return perValue + value.toByteArray().size();
+        return kBytesPerValue + value.toByteArray().size();
     case QMetaType::QVariantList: {
-        qint64 bytes = perValue;
+        qint64 bytes = kBytesPerValue;
         for (const QVariant& element : value.toList())
             bytes += bytesOf(element);
         return bytes;
     }
-    case QMetaType::QVariantHash: {
-        const QVariantHash hash = value.toHash();
-        qint64 bytes = perValue;
-        for (auto it = hash.begin(); it != hash.end(); ++it)
-            bytes += perValue + 2 * qint64(it.key().size()) + bytesOf(it.value());
-        return bytes;
-    }
-    case QMetaType::QVariantMap: {
-        const QVariantMap map = value.toMap();
-        qint64 bytes = perValue;
-        for (auto it = map.begin(); it != map.end(); ++it)
-            bytes += perValue + 2 * qint64(it.key().size()) + bytesOf(it.value());
-        return bytes;
-    }
+    case QMetaType::QVariantHash:
+        return bytesOfDictionary(value.toHash());
+    case QMetaType::QVariantMap:
+        return bytesOfDictionary(value.toMap());
     default:
-        return perValue;
+        return kBytesPerValue;
     }
 }
 
