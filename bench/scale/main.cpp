@@ -211,7 +211,7 @@ bool ScaleRun::run(std::vector<Row>* rows)
 
     const int middle = queueSize / 2;
     const auto page = [&](std::mt19937&) { return pageTarget(middle); };
-    const auto setting = [](std::mt19937&) { return QByteArray("/api/v1/data?path=settings%3A%2Flanguage&roles=value"); };
+    const auto setting = [](std::mt19937&) { return QByteArray(HostProcess::SmallAnswerTarget); };
     load(1, page);
     std::vector<double> page1 = load(1, page);
     std::vector<double> page8 = load(8, page);

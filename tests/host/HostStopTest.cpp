@@ -25,8 +25,8 @@ Outcome requestOnce(quint16 port)
     HttpSocket socket;
     if (!socket.connectTo(QStringLiteral("127.0.0.1"), port))
         return Outcome::Refused;
-    const QByteArray request = "GET /api/v1/data?path=settings%3A%2Flanguage&roles=value HTTP/1.1\r\n"
-                               "Host: 127.0.0.1\r\nConnection: close\r\n\r\n";
+    const QByteArray request = QByteArray("GET ") + HostProcess::SmallAnswerTarget
+                             + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n";
     if (socket.sendAll(request) && HttpReply::read(socket, QDeadlineTimer(10000)).status == 200)
         return Outcome::Answered;
     return Outcome::CutOff;
@@ -108,5 +108,5 @@ TEST(HostStop, SigtermWhileStartingStopsCleanlyWithoutServing)
     ASSERT_TRUE(host.isRunning()) << "a stop while starting must not kill the host";
     root.remove(QStringLiteral("testmod-hold-start"));
     EXPECT_TRUE(host.stop()) << "the host exits by itself, with status 0";
-    EXPECT_EQ(host.client().get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value"), 500).status, 0);
+    EXPECT_EQ(host.client().get(QString::fromLatin1(HostProcess::SmallAnswerTarget), 500).status, 0);
 }

@@ -23,7 +23,7 @@ QString roleNames(int count)
 // closed without an answer.
 int statusFrom(const QString& from, quint16 port)
 {
-    return HttpClient(port, from).get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value"), 5000).status;
+    return HttpClient(port, from).get(QString::fromLatin1(HostProcess::SmallAnswerTarget), 5000).status;
 }
 
 } // namespace
@@ -88,7 +88,7 @@ TEST(RequestLimits, ALongRequestTargetIsAJson414)
     EXPECT_EQ(tooLong.status, 414);
     EXPECT_EQ(tooLong.headers.value("content-type"), "application/json");
     EXPECT_EQ(tooLong.errorName(), "uriTooLong");
-    EXPECT_EQ(client.get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value&pad=")
+    EXPECT_EQ(client.get(QString::fromLatin1(HostProcess::SmallAnswerTarget) + QStringLiteral("&pad=")
                          + padding.left(15 * 1024))
                   .status,
               200);

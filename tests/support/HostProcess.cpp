@@ -53,7 +53,7 @@ bool HostProcess::start(QString* error)
     elapsed.start();
     while (m_child.isRunning() && elapsed.elapsed() < 15000) {
         // A small answer, asked for often: starts are timed by this wait.
-        if (client().get(QStringLiteral("/api/v1/data?path=settings%3A%2Flanguage&roles=value"), 2000).status == 200)
+        if (client().get(QString::fromLatin1(SmallAnswerTarget), 2000).status == 200)
             return true;
         QThread::msleep(2);
     }

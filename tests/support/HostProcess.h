@@ -45,6 +45,9 @@ public:
     static QString playlistsModule() { return QStringLiteral(VEXA_PLAYLISTS_MODULE); }
     static QString libraryModule() { return QStringLiteral(VEXA_LIBRARY_MODULE); }
 
+    // A request target with a small answer that every host has: its language.
+    static constexpr const char* SmallAnswerTarget = "/api/v1/data?path=settings%3A%2Flanguage&roles=value";
+
     // A loopback port nothing listens on at the moment.
     static quint16 freePort();
 
