@@ -64,7 +64,7 @@ ApiResponse rowsAnswer(const QVariant& data)
     for (int i = 0; i < rows.size(); ++i) {
         if (i > 0)
             body += ',';
-        body += VexaJson::toJson(rows.at(i));
+        VexaJson::appendJson(rows.at(i), body);
         if (body.size() > ContentApi::MaxAnswerBytes)
             return answerTooLarge();
     }

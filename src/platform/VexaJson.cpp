@@ -24,135 +24,221 @@ namespace {
 
 // --- Writing ---------------------------------------------------------------
 
-void writeValue(const QVariant& value, QByteArray& out);
-
-// True when every character of text is printable ASCII other than a quote
-// or a backslash: written as it is, one byte each.
-bool plainAscii(const QString& text)
+// Appends to a QByteArray through a raw cursor: the array grows in steps and
+// is cut to the written length once, when the writing is done.
+class Output
 {
-    const ushort* p = text.utf16();
-    for (const ushort* const end = p + text.size(); p != end; ++p) {
-        if (*p < 0x20 || *p >= 0x7f || *p == '"' || *p == '\\')
-            return false;
+public:
+    explicit Output(QByteArray& out) : m_out(out)
+    {
+        const int used = out.size();
+        out.resize(qMax(used + 256, out.capacity()));
+        m_p = out.data() + used;
+        m_end = out.data() + out.size();
     }
-    return true;
-}
+    ~Output() { m_out.resize(int(m_p - m_out.data())); }
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
 
-void writeString(const QString& text, QByteArray& out)
+    // At least n bytes to write at the cursor; advance() moves past them.
+    char* room(int n)
+    {
+        if (m_end - m_p < n)
+            grow(n);
+        return m_p;
+    }
+    void advance(char* to) { m_p = to; }
+    void put(char c)
+    {
+        *room(1) = c;
+        ++m_p;
+    }
+    void put(const char* text, int n)
+    {
+        std::memcpy(room(n), text, size_t(n));
+        m_p += n;
+    }
+    template <int N>
+    void put(const char (&text)[N])
+    {
+        put(text, N - 1);
+    }
+
+private:
+    void grow(int n)
+    {
+        const int used = int(m_p - m_out.data());
+        m_out.resize(qMax(used + n, m_out.size() * 2));
+        m_p = m_out.data() + used;
+        m_end = m_out.data() + m_out.size();
+    }
+
+    QByteArray& m_out;
+    char* m_p;
+    char* m_end;
+};
+
+void writeValue(const QVariant& value, Output& out);
+
+// Escapes what JSON requires in UTF-8 text.
+void writeEscaped(const QByteArray& utf8, Output& out)
 {
     static const char hex[] = "0123456789abcdef";
-    // Most names and titles are plain ASCII: no UTF-8 copy for them.
-    if (plainAscii(text)) {
-        const int at = out.size();
-        out.resize(at + text.size() + 2);
-        char* dst = out.data() + at;
-        *dst++ = '"';
-        const ushort* p = text.utf16();
-        for (const ushort* const end = p + text.size(); p != end; ++p)
-            *dst++ = char(*p);
-        *dst = '"';
-        return;
-    }
-    const QByteArray utf8 = text.toUtf8();
     const char* p = utf8.constData();
     const char* const end = p + utf8.size();
-    out += '"';
     // Runs that need no escape are copied whole.
     const char* run = p;
     for (; p != end; ++p) {
         const auto u = static_cast<unsigned char>(*p);
         if (u >= 0x20 && u != '"' && u != '\\')
             continue;
-        out.append(run, int(p - run));
+        out.put(run, int(p - run));
         run = p + 1;
         switch (u) {
-        case '"': out.append("\\\"", 2); break;
-        case '\\': out.append("\\\\", 2); break;
-        case '\b': out.append("\\b", 2); break;
-        case '\f': out.append("\\f", 2); break;
-        case '\n': out.append("\\n", 2); break;
-        case '\r': out.append("\\r", 2); break;
-        case '\t': out.append("\\t", 2); break;
+        case '"': out.put("\\\""); break;
+        case '\\': out.put("\\\\"); break;
+        case '\b': out.put("\\b"); break;
+        case '\f': out.put("\\f"); break;
+        case '\n': out.put("\\n"); break;
+        case '\r': out.put("\\r"); break;
+        case '\t': out.put("\\t"); break;
         default: {
             const char escape[] = {'\\', 'u', '0', '0', hex[u >> 4], hex[u & 0xf]};
-            out.append(escape, 6);
+            out.put(escape, 6);
         }
         }
     }
-    out.append(run, int(end - run));
-    out += '"';
+    out.put(run, int(end - run));
 }
 
-void writeDouble(double d, QByteArray& out)
+// The ASCII characters written as they are, one byte each.
+struct PlainTable
+{
+    constexpr PlainTable() : plain()
+    {
+        for (int c = 0x20; c < 0x7f; ++c)
+            plain[c] = c != '"' && c != '\\';
+    }
+    bool plain[0x80];
+};
+constexpr PlainTable kPlainTable;
+const bool* const kPlain = kPlainTable.plain;
+
+void writeString(const QString& text, Output& out)
+{
+    // Most names and titles are printable ASCII with no quote or backslash:
+    // copied a byte per character, no UTF-8 copy made.
+    const int n = text.size();
+    char* const first = out.room(n + 2);
+    char* dst = first;
+    *dst++ = '"';
+    const ushort* p = text.utf16();
+    const ushort* const end = p + n;
+    for (; p != end && *p < 0x80 && kPlain[*p]; ++p)
+        *dst++ = char(*p);
+    if (p != end) {
+        out.advance(first + 1);
+        writeEscaped(text.toUtf8(), out);
+        out.put('"');
+        return;
+    }
+    *dst++ = '"';
+    out.advance(dst);
+}
+
+void writeInteger(qint64 v, Output& out)
+{
+    char digits[24];
+    char* const last = digits + sizeof digits;
+    char* p = last;
+    // Negated as unsigned, so that the lowest value has its digits too.
+    quint64 u = v < 0 ? 0 - quint64(v) : quint64(v);
+    do {
+        *--p = char('0' + u % 10);
+        u /= 10;
+    } while (u != 0);
+    if (v < 0)
+        *--p = '-';
+    out.put(p, int(last - p));
+}
+
+void writeDouble(double d, Output& out)
 {
     if (!std::isfinite(d))
-        out += "null";
+        out.put("null");
     else if (std::trunc(d) == d && std::fabs(d) < 9007199254740992.0)
-        out += QByteArray::number(qint64(d));
-    else
-        out += QByteArray::number(d, 'g', QLocale::FloatingPointShortest);
+        writeInteger(qint64(d), out);
+    else {
+        const QByteArray text = QByteArray::number(d, 'g', QLocale::FloatingPointShortest);
+        out.put(text.constData(), text.size());
+    }
 }
 
 // Objects are written with their keys in order, so equal values give equal text.
 template <class Container>
-void writeObject(const Container& object, QByteArray& out)
+void writeObject(const Container& object, Output& out)
 {
     QVarLengthArray<typename Container::const_iterator, 16> members;
     for (auto it = object.cbegin(); it != object.cend(); ++it)
         members.append(it);
     std::sort(members.begin(), members.end(), [](const auto& a, const auto& b) { return a.key() < b.key(); });
-    out += '{';
+    out.put('{');
     for (int i = 0; i < members.size(); ++i) {
         if (i > 0)
-            out += ',';
+            out.put(',');
         writeString(members[i].key(), out);
-        out += ':';
+        out.put(':');
         writeValue(members[i].value(), out);
     }
-    out += '}';
+    out.put('}');
 }
 
 template <class List, class Write>
-void writeArray(const List& list, QByteArray& out, Write write)
+void writeArray(const List& list, Output& out, Write write)
 {
-    out += '[';
+    out.put('[');
     for (int i = 0; i < list.size(); ++i) {
         if (i > 0)
-            out += ',';
+            out.put(',');
         write(list.at(i), out);
     }
-    out += ']';
+    out.put(']');
 }
 
-void writeValue(const QVariant& value, QByteArray& out)
+void writeValue(const QVariant& value, Output& out)
 {
     const int type = value.userType();
     switch (type) {
     case QMetaType::UnknownType:
     case QMetaType::Nullptr:
-        out += "null";
+        out.put("null");
         return;
     case QMetaType::Bool:
-        out += value.toBool() ? "true" : "false";
+        if (value.toBool())
+            out.put("true");
+        else
+            out.put("false");
         return;
     case QMetaType::Int:
     case QMetaType::LongLong:
     case QMetaType::Short:
     case QMetaType::Long:
-        out += QByteArray::number(value.toLongLong());
+        writeInteger(value.toLongLong(), out);
         return;
     case QMetaType::UInt:
     case QMetaType::ULongLong:
     case QMetaType::UShort:
-    case QMetaType::ULong:
-        out += QByteArray::number(value.toULongLong());
+    case QMetaType::ULong: {
+        const QByteArray text = QByteArray::number(value.toULongLong());
+        out.put(text.constData(), text.size());
         return;
+    }
     case QMetaType::Double:
     case QMetaType::Float:
         writeDouble(value.toDouble(), out);
         return;
     case QMetaType::QString:
-        writeString(value.toString(), out);
+        writeString(*static_cast<const QString*>(value.constData()), out);
         return;
     case QMetaType::QVariantHash:
         writeObject(*static_cast<const QVariantHash*>(value.constData()), out);
@@ -181,7 +267,7 @@ void writeValue(const QVariant& value, QByteArray& out)
     else if (value.canConvert<QString>())
         writeString(value.toString(), out);
     else
-        out += "null";
+        out.put("null");
 }
 
 // --- Reading ---------------------------------------------------------------
@@ -578,7 +664,12 @@ QVariant VexaJson::parse(const QByteArray& text, QString* error)
 QByteArray VexaJson::toJson(const QVariant& value)
 {
     QByteArray out;
-    out.reserve(256);
-    writeValue(value, out);
+    appendJson(value, out);
     return out;
+}
+
+void VexaJson::appendJson(const QVariant& value, QByteArray& out)
+{
+    Output output(out);
+    writeValue(value, output);
 }

@@ -14,4 +14,6 @@ public:
     // An invalid QVariant with *error set when the text is not JSON.
     static QVariant parse(const QByteArray& text, QString* error);
     static QByteArray toJson(const QVariant& value);
+    // The same text written at the end of out, as a page is built row by row.
+    static void appendJson(const QVariant& value, QByteArray& out);
 };

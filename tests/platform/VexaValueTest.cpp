@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 QVariantHash parseObject(const char* json)
@@ -104,6 +106,13 @@ TEST(VexaJson, ParsesScalarsAndReportsErrors)
     EXPECT_EQ(value.toHash().value("a").toString(), QString::fromUtf8("q\"\\\n") + QChar(0) + QString::fromUtf8("😀é"));
     EXPECT_EQ(value.toHash().value("b").toList().value(2).toDouble(), 4294967297.0);
     EXPECT_EQ(VexaJson::toJson(value), QByteArray(R"({"a":"q\"\\\n\u0000😀é","b":[1.5,-2,4294967297,true,null]})"));
+
+    // Appended text follows what was there; a long string that turns out not
+    // to be plain ASCII at its end is written whole, escapes and all.
+    const QString longText = QString(1000, QLatin1Char('x')) + QString::fromUtf8("é\"");
+    QByteArray page = "[0,";
+    VexaJson::appendJson(QVariantList{longText, std::numeric_limits<qint64>::min()}, page);
+    EXPECT_EQ(page, "[0,[\"" + QByteArray(1000, 'x') + "é\\\"\",-9223372036854775808]");
 }
 
 TEST(VexaCommandRecord, NumbersReadAliasFromJsonNumbersAndDecimalText)
