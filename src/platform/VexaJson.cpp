@@ -10,6 +10,7 @@
 #include <QVarLengthArray>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -111,19 +112,6 @@ void writeEscaped(const QByteArray& utf8, Output& out)
     out.put(run, int(end - run));
 }
 
-// The ASCII characters written as they are, one byte each.
-struct PlainTable
-{
-    constexpr PlainTable() : plain()
-    {
-        for (int c = 0x20; c < 0x7f; ++c)
-            plain[c] = c != '"' && c != '\\';
-    }
-    bool plain[0x80];
-};
-constexpr PlainTable kPlainTable;
-const bool* const kPlain = kPlainTable.plain;
-
 void writeString(const QString& text, Output& out)
 {
     // Most names and titles are printable ASCII with no quote or backslash:
@@ -134,8 +122,11 @@ void writeString(const QString& text, Output& out)
     *dst++ = '"';
     const ushort* p = text.utf16();
     const ushort* const end = p + n;
-    for (; p != end && *p < 0x80 && kPlain[*p]; ++p)
+    for (; p != end; ++p) {
+        if (*p < 0x20 || *p >= 0x7f || *p == '"' || *p == '\\')
+            break;
         *dst++ = char(*p);
+    }
     if (p != end) {
         out.advance(first + 1);
         writeEscaped(text.toUtf8(), out);
@@ -146,20 +137,12 @@ void writeString(const QString& text, Output& out)
     out.advance(dst);
 }
 
-void writeInteger(qint64 v, Output& out)
+template <class Integer>
+void writeInteger(Integer v, Output& out)
 {
     char digits[24];
-    char* const last = digits + sizeof digits;
-    char* p = last;
-    // Negated as unsigned, so that the lowest value has its digits too.
-    quint64 u = v < 0 ? 0 - quint64(v) : quint64(v);
-    do {
-        *--p = char('0' + u % 10);
-        u /= 10;
-    } while (u != 0);
-    if (v < 0)
-        *--p = '-';
-    out.put(p, int(last - p));
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, v);
+    out.put(digits, int(end.ptr - digits));
 }
 
 void writeDouble(double d, Output& out)
@@ -228,11 +211,9 @@ void writeValue(const QVariant& value, Output& out)
     case QMetaType::UInt:
     case QMetaType::ULongLong:
     case QMetaType::UShort:
-    case QMetaType::ULong: {
-        const QByteArray text = QByteArray::number(value.toULongLong());
-        out.put(text.constData(), text.size());
+    case QMetaType::ULong:
+        writeInteger(value.toULongLong(), out);
         return;
-    }
     case QMetaType::Double:
     case QMetaType::Float:
         writeDouble(value.toDouble(), out);
