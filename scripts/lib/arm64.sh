@@ -10,7 +10,7 @@ VEXA_ARM64_PACKAGES=(
   cmake make pkg-config qtbase5-dev-tools qttools5-dev-tools
   g++-aarch64-linux-gnu qemu-user clang libclang-rt-14-dev:arm64
   qtbase5-dev:arm64 qttools5-dev:arm64
-  libsqlite3-dev:arm64 liblog4cplus-dev:arm64 libmicrohttpd-dev:arm64 libtag1-dev:arm64
+  liblog4cplus-dev:arm64 libmicrohttpd-dev:arm64 libtag1-dev:arm64
   libgtest-dev:arm64 libgmock-dev:arm64 libbenchmark-dev:arm64
   libgstreamer1.0-dev:arm64
   gstreamer1.0-plugins-base:arm64 gstreamer1.0-plugins-good:arm64 glib-networking:arm64

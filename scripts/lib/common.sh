@@ -6,8 +6,9 @@ VEXA_BUILD="${VEXA_BUILD:-$VEXA_ROOT/build}"
 
 VEXA_PACKAGES=(
   g++ cmake make pkg-config
+  ca-certificates  # the first configure fetches SQLite's source over HTTPS
   qtbase5-dev qttools5-dev qttools5-dev-tools
-  libsqlite3-dev liblog4cplus-dev libmicrohttpd-dev libtag1-dev
+  liblog4cplus-dev libmicrohttpd-dev libtag1-dev
   libgtest-dev libgmock-dev libbenchmark-dev clang libclang-rt-14-dev
   libgstreamer1.0-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good glib-networking
