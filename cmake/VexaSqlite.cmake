@@ -15,7 +15,7 @@
 # (VEXA_DOWNLOAD_DIR).
 #
 # Each module links the library statically and exports none of it, so every
-# module has SQLite to itself, including its global settings (the error log).
+# module has SQLite to itself, process-wide settings included.
 set(VEXA_SQLITE_NPM_PACKAGE sqlite3-6.0.1.tgz)
 set(VEXA_SQLITE_NPM_SHA512 5f4733514306dad992a89a4441aded0ae6521ca231f0fc0ce77bcb6732a9fe8e91a72db97e255f8dd6e767df3c33cf8edd9591d628742b6e7956e9826f73009d)
 set(VEXA_SQLITE_RELEASE sqlite-autoconf-3520000)

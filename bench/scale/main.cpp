@@ -35,9 +35,6 @@ using namespace BenchFigures;
 const int kRuns = 3;
 const int kPageRows = 50;
 const double kPageSeconds = 2.0;
-// The store's own settings, so that the floor commits as the module does.
-const QStringList kStorePragmas = {QStringLiteral("PRAGMA journal_mode=WAL;"), QStringLiteral("PRAGMA synchronous=NORMAL;"),
-                                   QStringLiteral("PRAGMA cache_size=-16384;")};
 
 // The value of add-external-items: count tracks appended to plid.
 QByteArray addValue(int plid, int count)
@@ -236,7 +233,7 @@ bool ScaleRun::run(std::vector<Row>* rows)
     // The floor: the same work on a store of the module's schema.
     const QString moduleStore = m_host.rootPath() + QStringLiteral("/data-rw/playlists/playlists.sqlite");
     const QList<VexaPlayListItem> items = floorItems(n);
-    FloorStore floor(m_host.rootPath() + QStringLiteral("/floor.sqlite"), kStorePragmas + FloorStore::schemaOf(moduleStore));
+    FloorStore floor(m_host.rootPath() + QStringLiteral("/floor.sqlite"), FloorStore::moduleSettings() + FloorStore::schemaOf(moduleStore));
     std::vector<double> fAdd, fMerge, fClear, fDelete, fMove, fRemove, fRead;
     floor.createPlayList(1000, QStringLiteral("queue"));
     for (int r = 0; r < kRuns; ++r) {

@@ -1,5 +1,7 @@
 #include "FloorStore.h"
 
+#include "Database.h"
+
 #include <sqlite3.h>
 
 #include <cstdio>
@@ -55,6 +57,14 @@ FloorStore::~FloorStore()
     for (sqlite3_stmt* stmt : {m_insertItem, m_insertEntry, m_shift, m_deleteRange, m_cleanItems, m_read, m_move, m_deletePlayList})
         sqlite3_finalize(stmt);
     sqlite3_close(m_db);
+}
+
+QStringList FloorStore::moduleSettings()
+{
+    QStringList pragmas;
+    for (const char* pragma : Database::ConnectionPragmas)
+        pragmas.append(QString::fromLatin1(pragma));
+    return pragmas;
 }
 
 QStringList FloorStore::schemaOf(const QString& path)

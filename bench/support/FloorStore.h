@@ -22,6 +22,9 @@ public:
 
     // The CREATE statements of an existing store file.
     static QStringList schemaOf(const QString& path);
+    // The settings the module's store connection takes, so that a floor
+    // opened with them commits as the module does.
+    static QStringList moduleSettings();
 
     void createPlayList(int uid, const QString& name);
     // Inserts items at sequence number at of a playlist of size entries.

@@ -17,9 +17,8 @@ const char* const kDatabaseFile = "data-rw/playlists/playlists.sqlite";
 // How long a write waits for another connection's lock before it fails.
 const int kBusyTimeoutMs = 5000;
 
-// The page cache a large command may fill, and what stays of it afterwards
-// (SQLite's default size): the rest goes back once the command is done.
-const char* const kCacheSizePragma = "PRAGMA cache_size=-16384;";
+// What stays of the page cache after a large command (SQLite's default
+// size): the rest goes back once the command is done.
 const int kKeptCacheBytes = 2 * 1024 * 1024;
 
 } // namespace
@@ -46,16 +45,10 @@ Database::Database(int itemsLimit, bool vacuumNeeded)
             logger, QStringLiteral("Unable to open PlayList database file: ") + QString::fromUtf8(sqlite3_errstr(rc)));
     }
 
-    // Write-ahead logging: a reader outside the module (a backup, the sqlite3
-    // shell) never makes one of its writes fail, and a writer outside waits
-    // its turn instead of failing one. Commits reach the disk at checkpoints:
-    // a power cut may lose the last commits, never the store's consistency.
+    // A writer outside the module waits its turn instead of failing one.
     sqlite3_busy_timeout(m_db, kBusyTimeoutMs);
-    execute("PRAGMA journal_mode=WAL;");
-    execute("PRAGMA synchronous=NORMAL;");
-    // Room for the pages one large add or removal touches, so that they are
-    // not written to the log and read back while the command still runs.
-    execute(kCacheSizePragma);
+    for (const char* pragma : ConnectionPragmas)
+        execute(pragma);
 
     // Vacuuming needs no schema, and doing it before anything else is prepared
     // keeps it from competing with open statements.

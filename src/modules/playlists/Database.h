@@ -31,6 +31,16 @@ public:
     Database(int itemsLimit, bool vacuumNeeded);
     ~Database() override;
 
+    // The settings the store's connection takes right after it opens:
+    // - write-ahead logging: a reader outside the module (a backup, the
+    //   sqlite3 shell) never makes one of its writes fail;
+    // - commits reach the disk at checkpoints: a power cut may lose the last
+    //   commits, never the store's consistency;
+    // - room for the pages one large add or removal touches, so that they are
+    //   not written to the log and read back while the command still runs.
+    static constexpr const char* ConnectionPragmas[] = {"PRAGMA journal_mode=WAL;", "PRAGMA synchronous=NORMAL;",
+                                                        "PRAGMA cache_size=-16384;"};
+
     int beginTransaction();
     int beginImmediateTransaction();
     void commitTransaction();
